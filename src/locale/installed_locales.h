@@ -1,0 +1,19 @@
+// The locales for which the library's own resources are installed, as the dialogs offer them.
+#pragma once
+
+#include "arvmui.h"
+
+namespace arvmui
+{
+
+// Element sizes in bytes: the whole of a LocaleEntry, and its part without dialog texts.
+constexpr size_t kFullEntryBytes = sizeof(LocaleEntry);
+constexpr size_t kShortEntryBytes = offsetof(LocaleEntry, LanguageSelectionTitle);
+
+// Builds an array of `elementSize` bytes an element, each the beginning of a LocaleEntry, ordered by
+// language; short entries are followed by one for each keyword. The caller frees it with
+// ARVMUI_free. FALSE, storing nothing, when the folders cannot be named or, for short entries, when
+// there are no English resources or no memory.
+BOOL EnumInstalledLocales(size_t elementSize, void** entries, DWORD* count) noexcept;
+
+}  // namespace arvmui
