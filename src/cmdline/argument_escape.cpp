@@ -1,6 +1,5 @@
 #include "cmdline/argument_escape.h"
 
-#include "cmdline/tokens.h"
 #include "foundation/code_page.h"
 #include "foundation/growable_text.h"
 #include "foundation/text_calls.h"
@@ -146,8 +145,7 @@ wchar_t** BuildArgumentVector(const char* commandLine, DWORD* count) noexcept
     const size_t tableChars = (wanted + 1) * sizeof(wchar_t*) / sizeof(wchar_t);
     HeapBlock<wchar_t> block;
     if (!block.Resize(tableChars)) return nullptr;
-    const DWORD built =
-        AppendArguments(block, static_cast<wchar_t* const*>(arguments.Get()), wanted, tableChars);
+    const DWORD built = AppendArguments(block, static_cast<wchar_t* const*>(arguments.Get()), wanted, tableChars);
 
     wchar_t** const table = reinterpret_cast<wchar_t**>(block.Get());
     for (DWORD i = 0; i < built; ++i) table[i] = block.Get() + reinterpret_cast<const size_t*>(table)[i];

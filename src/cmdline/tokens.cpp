@@ -38,12 +38,6 @@ private:
 
 }  // namespace
 
-const wchar_t* SkipSpace(const wchar_t* text) noexcept
-{
-    while (IsAsciiSpace(*text)) ++text;
-    return text;
-}
-
 size_t NextCommandLineToken(const wchar_t* text, wchar_t* token, size_t capacity, const wchar_t** next) noexcept
 {
     if (capacity == 0) return 0;

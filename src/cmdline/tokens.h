@@ -8,9 +8,6 @@ namespace arvmui
 
 constexpr size_t kTokenChars = 512;  // in a token buffer, terminator included
 
-// Skips ASCII white space.
-const wchar_t* SkipSpace(const wchar_t* text) noexcept;
-
 // Copies the next token into `token`, cut at capacity - 1 characters and terminated; its length, 0
 // when there is none. Deliberate: an empty quoted token is indistinguishable from the end, and a
 // quoted token without its closing quote is none. `next`, if given, receives the position behind

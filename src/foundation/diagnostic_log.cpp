@@ -53,8 +53,8 @@ template <typename Char>
 bool BuildOnHeap(HeapBlock<Char>& line, const Char* format, va_list arguments) noexcept
 {
     return AppendFormat(line.Slot(), -1, ARVMUI_TEXT(Char, "QEL_ARVMUI@%u: "), ::GetCurrentThreadId()) >= 1
-        && AppendFormatV(line.Slot(), -1, format, arguments) >= 1
-        && AppendFormat(line.Slot(), -1, ARVMUI_TEXT(Char, "%s"), ARVMUI_TEXT(Char, "\r\n")) >= 1;
+           && AppendFormatV(line.Slot(), -1, format, arguments) >= 1
+           && AppendFormat(line.Slot(), -1, ARVMUI_TEXT(Char, "%s"), ARVMUI_TEXT(Char, "\r\n")) >= 1;
 }
 
 // A message that ends in a colon and a blank, as one with an empty detail does, ends in a full stop.
@@ -93,7 +93,8 @@ void LogLineV(const Char* format, va_list arguments) noexcept
     va_list copy;
     va_copy(copy, arguments);
     const bool fits = fixed.Append(ARVMUI_TEXT(Char, "QEL_ARVMUI@%u: "), ::GetCurrentThreadId())
-        && fixed.AppendV(format, copy) && fixed.Append(ARVMUI_TEXT(Char, "%s"), ARVMUI_TEXT(Char, "\r\n"));
+                      && fixed.AppendV(format, copy)
+                      && fixed.Append(ARVMUI_TEXT(Char, "%s"), ARVMUI_TEXT(Char, "\r\n"));
     va_end(copy);
     if (!fits)
     {

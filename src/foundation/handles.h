@@ -26,8 +26,8 @@ class QuietLoadErrors
 public:
     QuietLoadErrors() noexcept
     {
-        changed_ = ::SetThreadErrorMode(
-            ::GetThreadErrorMode() | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &previous_);
+        changed_ =
+            ::SetThreadErrorMode(::GetThreadErrorMode() | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &previous_);
     }
     ~QuietLoadErrors()
     {

@@ -18,7 +18,7 @@ static_assert(sizeof(PROCESS_INFORMATION) == 24);
 bool AppendArgument(HeapBlock<wchar_t>& line, const wchar_t* argument) noexcept
 {
     return AppendFormat(line.Slot(), -1, L" \"") >= 0 && AppendEscapedArgument(line.Slot(), -1, argument) >= 0
-        && AppendFormat(line.Slot(), -1, L"\"") >= 0;
+           && AppendFormat(line.Slot(), -1, L"\"") >= 0;
 }
 
 }  // namespace

@@ -109,6 +109,12 @@ bool IsAsciiSpace(wchar_t character) noexcept
     return character < 128 && std::iswctype(character, _SPACE) != 0;
 }
 
+const wchar_t* SkipSpace(const wchar_t* text) noexcept
+{
+    while (IsAsciiSpace(*text)) ++text;
+    return text;
+}
+
 int CompareText(const wchar_t* left, const wchar_t* right) noexcept
 {
     return ToOrder(::CompareStringW(LOCALE_USER_DEFAULT, kRespectCase, left, kWhole, right, kWhole));
@@ -137,8 +143,8 @@ int CompareTextN(const wchar_t* left, const wchar_t* right, size_t count) noexce
 
 int CompareTextN(const char* left, const char* right, size_t count) noexcept
 {
-    return ToOrder(::CompareStringA(LOCALE_USER_DEFAULT, kRespectCase, left, BoundedLength(left, count), right,
-        BoundedLength(right, count)));
+    return ToOrder(::CompareStringA(
+        LOCALE_USER_DEFAULT, kRespectCase, left, BoundedLength(left, count), right, BoundedLength(right, count)));
 }
 
 int CompareTextNoCaseN(const wchar_t* left, const wchar_t* right, size_t count) noexcept
@@ -173,10 +179,12 @@ const char* FindMbcsChar(const char* text, unsigned character) noexcept
     if (character == 0) return text + NarrowLength(text);
 
     const char* found = nullptr;
-    WalkMbcs(text, [&](const char* position, unsigned value) {
-        if (value == character) found = position;
-        return found != nullptr;
-    });
+    WalkMbcs(text,
+        [&](const char* position, unsigned value)
+        {
+            if (value == character) found = position;
+            return found != nullptr;
+        });
     return found;
 }
 
@@ -185,10 +193,12 @@ const char* FindLastMbcsChar(const char* text, unsigned character) noexcept
     if (character == 0) return text + NarrowLength(text);
 
     const char* found = nullptr;
-    WalkMbcs(text, [&](const char* position, unsigned value) {
-        if (value == character) found = position;
-        return false;
-    });
+    WalkMbcs(text,
+        [&](const char* position, unsigned value)
+        {
+            if (value == character) found = position;
+            return false;
+        });
     return found;
 }
 

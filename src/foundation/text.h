@@ -28,6 +28,7 @@ BOOL IsFileNameChar(wchar_t character) noexcept;
 
 // White space of command lines and lists: ASCII only, whatever the runtime library's tables say.
 bool IsAsciiSpace(wchar_t character) noexcept;
+const wchar_t* SkipSpace(const wchar_t* text) noexcept;
 
 // Whether the text is "." or "..", the names of a folder itself and of the one above it.
 template <typename Char>

@@ -73,8 +73,7 @@ struct TextCalls<wchar_t>
         return ::FormatMessageW(flags, source, messageId, languageId, buffer, size, arguments);
     }
     static void Debug(const wchar_t* line) noexcept { ::OutputDebugStringW(line); }
-    static DWORD EnumLocales(
-        const wchar_t* locales, ARVMUI_LocaleCallbackW callback, void* context) noexcept
+    static DWORD EnumLocales(const wchar_t* locales, ARVMUI_LocaleCallbackW callback, void* context) noexcept
     {
         return ARVMUI_EnumLocalesW(locales, callback, context);
     }
@@ -132,14 +131,13 @@ struct TextCalls<char>
     {
         return ::LoadStringA(module, id, buffer, capacity);
     }
-    static DWORD FormatSystemMessage(DWORD flags, const void* source, DWORD messageId, DWORD languageId,
-        char* buffer, DWORD size, va_list* arguments) noexcept
+    static DWORD FormatSystemMessage(DWORD flags, const void* source, DWORD messageId, DWORD languageId, char* buffer,
+        DWORD size, va_list* arguments) noexcept
     {
         return ::FormatMessageA(flags, source, messageId, languageId, buffer, size, arguments);
     }
     static void Debug(const char* line) noexcept { ::OutputDebugStringA(line); }
-    static DWORD EnumLocales(
-        const char* locales, ARVMUI_LocaleCallbackA callback, void* context) noexcept
+    static DWORD EnumLocales(const char* locales, ARVMUI_LocaleCallbackA callback, void* context) noexcept
     {
         return ARVMUI_EnumLocalesA(locales, callback, context);
     }

@@ -141,8 +141,8 @@ bool LoadTexts(const EntryArray& array, BYTE* element, HMODULE library) noexcept
     for (const Field& field : kTextFields)
     {
         if (!array.Holds(field.offset, field.bytes)) continue;
-        const int length = ::LoadStringW(library, field.string, TextAt(element, field.offset),
-            static_cast<int>(field.bytes / sizeof(wchar_t)));
+        const int length = ::LoadStringW(
+            library, field.string, TextAt(element, field.offset), static_cast<int>(field.bytes / sizeof(wchar_t)));
         if (length <= 0) return false;
         if (field.string == ARVMUI_STRING_LOCALE_TAG) array.StoreTagLength(element, static_cast<DWORD>(length));
     }
@@ -211,10 +211,10 @@ bool AddKeywords(EntryArray& array) noexcept
         array.StoreLanguage(element, own);
         array.StoreTagLength(element, static_cast<DWORD>(CopyCut(TextAt(element, offsetof(LocaleEntry, Locale)),
                                           ARVMUI_TAG_CHARS, name.keyword)));
-        LoadNameOrKeyword(resources, name, TextAt(element, offsetof(LocaleEntry, NativeName)),
-            sizeof(LocaleEntry::NativeName));
-        LoadNameOrKeyword(english, name, TextAt(element, offsetof(LocaleEntry, EnglishName)),
-            sizeof(LocaleEntry::EnglishName));
+        LoadNameOrKeyword(
+            resources, name, TextAt(element, offsetof(LocaleEntry, NativeName)), sizeof(LocaleEntry::NativeName));
+        LoadNameOrKeyword(
+            english, name, TextAt(element, offsetof(LocaleEntry, EnglishName)), sizeof(LocaleEntry::EnglishName));
         array.Raise(1);
     }
     return true;

@@ -29,36 +29,35 @@ constexpr size_t kCodeChars = 2;
 
 // Two characters a slot, without separators. Slot 0 is empty; languages share slots. Peculiar codes
 // (SP, CB, TA) are meant: folders of existing products bear these names.
-constexpr char CountryCodeString[] =
-    "\0\0"
-    "SAIQEGLYDZMATNOMYESYJOLBKWAEBHQA"          //   1 Arabic
-    "BGES"                                      //  17 Bulgarian, Spain
-    "TWCNHKSGMO"                                //  19 Chinese
-    "CZDK"                                      //  24 Czech, Danish
-    "DECHATLULI"                                //  26 German
-    "GR"                                        //  31 Greek
-    "USGBAUCANZIEZAJMCBBZTTZWPH"                //  32 English
-    "ESMXESGTCRPADOVECOPEARECCLUYPYBOSVHNNIPR"  //  45 Spanish
-    "FI"                                        //  65 Finnish
-    "FRBECACHLUMC"                              //  66 French
-    "ILHUIS"                                    //  72 Hebrew, Hungarian, Icelandic
-    "ITCH"                                      //  75 Italian
-    "JPKR"                                      //  77 Japanese, Korean
-    "NLBE"                                      //  79 Dutch
-    "NONO"                                      //  81 Norwegian
-    "PL"                                        //  83 Polish
-    "BRPT"                                      //  84 Portuguese
-    "RORU"                                      //  86 Romanian, Russian
-    "HRSPSP"                                    //  88 Croatian, Serbian
-    "SKAL"                                      //  91 Slovak, Albanian
-    "SEFI"                                      //  93 Swedish
-    "THTRPKIDUABYSIEELVLTIRVNAM"                //  95 Thai to Armenian
-    "AZAZ"                                      // 108 Azeri
-    "MKGEFOIN"                                  // 110 Macedonian, Georgian, Faeroese, India
-    "MYBN"                                      // 114 Malay
-    "KZKGKE"                                    // 116 Kazakh, Kyrgyz, Swahili
-    "UZUZ"                                      // 119 Uzbek
-    "TAMNMV";                                   // 121 Tatar, Mongolian, Divehi
+constexpr char CountryCodeString[] = "\0\0"
+                                     "SAIQEGLYDZMATNOMYESYJOLBKWAEBHQA"          //   1 Arabic
+                                     "BGES"                                      //  17 Bulgarian, Spain
+                                     "TWCNHKSGMO"                                //  19 Chinese
+                                     "CZDK"                                      //  24 Czech, Danish
+                                     "DECHATLULI"                                //  26 German
+                                     "GR"                                        //  31 Greek
+                                     "USGBAUCANZIEZAJMCBBZTTZWPH"                //  32 English
+                                     "ESMXESGTCRPADOVECOPEARECCLUYPYBOSVHNNIPR"  //  45 Spanish
+                                     "FI"                                        //  65 Finnish
+                                     "FRBECACHLUMC"                              //  66 French
+                                     "ILHUIS"                                    //  72 Hebrew, Hungarian, Icelandic
+                                     "ITCH"                                      //  75 Italian
+                                     "JPKR"                                      //  77 Japanese, Korean
+                                     "NLBE"                                      //  79 Dutch
+                                     "NONO"                                      //  81 Norwegian
+                                     "PL"                                        //  83 Polish
+                                     "BRPT"                                      //  84 Portuguese
+                                     "RORU"                                      //  86 Romanian, Russian
+                                     "HRSPSP"                                    //  88 Croatian, Serbian
+                                     "SKAL"                                      //  91 Slovak, Albanian
+                                     "SEFI"                                      //  93 Swedish
+                                     "THTRPKIDUABYSIEELVLTIRVNAM"                //  95 Thai to Armenian
+                                     "AZAZ"                                      // 108 Azeri
+                                     "MKGEFOIN"  // 110 Macedonian, Georgian, Faeroese, India
+                                     "MYBN"      // 114 Malay
+                                     "KZKGKE"    // 116 Kazakh, Kyrgyz, Swahili
+                                     "UZUZ"      // 119 Uzbek
+                                     "TAMNMV";   // 121 Tatar, Mongolian, Divehi
 static_assert(sizeof(CountryCodeString) == kSlotCount * kCodeChars + 1);
 
 constexpr std::uint8_t kArabicSyria = 10;

@@ -17,7 +17,7 @@ constexpr size_t kLanguageTagChars = 2;  // "en"
 bool StartsAsFullTag(const wchar_t* text) noexcept
 {
     return std::iswalpha(text[0]) && std::iswalpha(text[1]) && (text[2] == L'-' || text[2] == L'_')
-        && std::iswalpha(text[3]) && std::iswalpha(text[4]);
+           && std::iswalpha(text[3]) && std::iswalpha(text[4]);
 }
 
 void WriteTag(wchar_t* destination, const wchar_t* tag, size_t length) noexcept

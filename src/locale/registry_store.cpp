@@ -28,8 +28,7 @@ bool ReadTextValue(HKEY key, const wchar_t* valueName, HeapBlock<wchar_t>& text,
     if (status == ERROR_SUCCESS && type != REG_SZ && type != REG_EXPAND_SZ) status = ERROR_INVALID_DATA;
     if (status == ERROR_SUCCESS && !text.Resize(bytes / sizeof(wchar_t) + 2)) status = ERROR_NOT_ENOUGH_MEMORY;
     if (status == ERROR_SUCCESS)
-        status = ::RegQueryValueExW(
-            key, valueName, nullptr, nullptr, reinterpret_cast<BYTE*>(text.Get()), &bytes);
+        status = ::RegQueryValueExW(key, valueName, nullptr, nullptr, reinterpret_cast<BYTE*>(text.Get()), &bytes);
     if (status != ERROR_SUCCESS)
     {
         ::SetLastError(static_cast<DWORD>(status));
@@ -47,8 +46,8 @@ bool ExpandInto(const wchar_t* text, wchar_t* buffer, DWORD capacity) noexcept
 }
 
 // One location that starts with a root key's name. `first` and `last` are its outer backslashes.
-DWORD ReadRootedLocation(HKEY root, const wchar_t* first, const wchar_t* last, const wchar_t* end, wchar_t* buffer,
-    DWORD capacity) noexcept
+DWORD ReadRootedLocation(
+    HKEY root, const wchar_t* first, const wchar_t* last, const wchar_t* end, wchar_t* buffer, DWORD capacity) noexcept
 {
     HeapBlock<wchar_t> key;
     HeapBlock<wchar_t> value;
@@ -64,8 +63,7 @@ bool IsLocationSpace(wchar_t character) noexcept
 }
 
 // One location from `begin` to `end`. FALSE ends the walk: there is no memory for its texts.
-bool ReadLocation(
-    const wchar_t* begin, const wchar_t* end, wchar_t* buffer, DWORD capacity, DWORD& length) noexcept
+bool ReadLocation(const wchar_t* begin, const wchar_t* end, wchar_t* buffer, DWORD capacity, DWORD& length) noexcept
 {
     const int itemLength = static_cast<int>(end - begin);
     const wchar_t* const first = FindCharN(begin, L'\\', static_cast<size_t>(itemLength));
@@ -99,8 +97,8 @@ bool ReadLocation(
 
 }  // namespace
 
-DWORD ReadRegistryString(REGSAM access, HKEY root, const wchar_t* subkey, const wchar_t* valueName, wchar_t* buffer,
-    DWORD capacity) noexcept
+DWORD ReadRegistryString(
+    REGSAM access, HKEY root, const wchar_t* subkey, const wchar_t* valueName, wchar_t* buffer, DWORD capacity) noexcept
 {
     if (capacity == 0) return 0;
     buffer[0] = L'\0';

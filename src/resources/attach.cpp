@@ -71,8 +71,8 @@ void DecideLocale(LibraryDescriptor& descriptor) noexcept
     }
     else
     {
-        LogLineW(L"DllMain(%p,DLL_PROCESS_ATTACH): Failed to load ARVMUIUI.DLL: %lu", descriptor.module,
-            ::GetLastError());
+        LogLineW(
+            L"DllMain(%p,DLL_PROCESS_ATTACH): Failed to load ARVMUIUI.DLL: %lu", descriptor.module, ::GetLastError());
     }
     if (decided) descriptor.localeMapping = PublishLocale(list);
 }

@@ -33,8 +33,8 @@ private:
 HANDLE PublishLocale(const wchar_t* list) noexcept
 {
     const SectionName name(::GetCurrentProcessId());
-    UniqueHandle section(::CreateFileMappingW(
-        INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(LocaleRecord), name.Get()));
+    UniqueHandle section(
+        ::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(LocaleRecord), name.Get()));
     if (!section) return nullptr;
     const UniqueView view(::MapViewOfFile(section.Get(), FILE_MAP_WRITE, 0, 0, sizeof(LocaleRecord)));
     if (!view) return nullptr;

@@ -29,7 +29,10 @@ void SetInstallerContext(LibraryDescriptor& descriptor, const void* block) noexc
 BOOL HasKeyboardLanguage(const LibraryDescriptor& descriptor, LANGID language, DWORD* position) noexcept;
 
 // What GetThreadValue answers when the library could not get a thread-local slot.
-inline void* NoThreadSlot() noexcept { return reinterpret_cast<void*>(~static_cast<ULONG_PTR>(0)); }
+inline void* NoThreadSlot() noexcept
+{
+    return reinterpret_cast<void*>(~static_cast<ULONG_PTR>(0));
+}
 
 // The calling thread's value in the library's thread-local slot.
 void* GetThreadValue(const LibraryDescriptor& descriptor) noexcept;

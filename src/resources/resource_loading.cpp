@@ -87,8 +87,7 @@ BOOL ARVMUI_CALL ARVMUI_GetResourceHandleW(
         ResourceLoadMode::kFindLoaded, ARVMUI_STRING_LIBRARY_NOT_LOADED, module, fileName, locales, library);
 }
 
-BOOL ARVMUI_CALL ARVMUI_GetResourceHandleA(
-    HMODULE module, const char* fileName, const char* locales, HMODULE* library)
+BOOL ARVMUI_CALL ARVMUI_GetResourceHandleA(HMODULE module, const char* fileName, const char* locales, HMODULE* library)
 {
     const arvmui::WideArgument wideFile(fileName);
     const arvmui::WideArgument wideLocales(locales);

@@ -52,8 +52,8 @@ DWORD WritePathFormatAs(
     {
         const Char* const dot = TextCalls<Char>::FindLast(moduleName, '.');
         if (dot) moduleName[dot - moduleName] = Char{};
-        length = FormatFixed<Char>(
-            buffer, capacity, ARVMUI_TEXT(Char, "%s\\resource\\%%s\\%.6sUI.DLL"), folder, moduleName);
+        length =
+            FormatFixed<Char>(buffer, capacity, ARVMUI_TEXT(Char, "%s\\resource\\%%s\\%.6sUI.DLL"), folder, moduleName);
     }
     if (length < 0)
     {
@@ -72,8 +72,7 @@ DWORD WritePathFormat(
     return WritePathFormatAs(module, fileName, buffer, capacity, localeOffset);
 }
 
-DWORD WritePathFormat(
-    HMODULE module, const char* fileName, char* buffer, DWORD capacity, DWORD* localeOffset) noexcept
+DWORD WritePathFormat(HMODULE module, const char* fileName, char* buffer, DWORD capacity, DWORD* localeOffset) noexcept
 {
     return WritePathFormatAs(module, fileName, buffer, capacity, localeOffset);
 }
@@ -101,7 +100,8 @@ bool ResourcePathFormat<Char>::Format(const Char* locale, Char (&path)[kMaxPathC
     const Char* const rest = text_ + localeOffset_ + kPlaceholderChars;
     size_t length = 0;
     bool fits = true;
-    const auto append = [&](const Char* part, size_t partLength) {
+    const auto append = [&](const Char* part, size_t partLength)
+    {
         const size_t room = kMaxPathChars - 1 - length;
         if (partLength > room)
         {

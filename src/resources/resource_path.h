@@ -15,8 +15,7 @@ constexpr DWORD kMaxPathChars = 260;  // terminator included
 // `localeOffset`, if given, receives the index of the "%s" that stands for the locale.
 DWORD WritePathFormat(
     HMODULE module, const wchar_t* fileName, wchar_t* buffer, DWORD capacity, DWORD* localeOffset) noexcept;
-DWORD WritePathFormat(
-    HMODULE module, const char* fileName, char* buffer, DWORD capacity, DWORD* localeOffset) noexcept;
+DWORD WritePathFormat(HMODULE module, const char* fileName, char* buffer, DWORD capacity, DWORD* localeOffset) noexcept;
 
 // Splits a module's path: `path` (kMaxPathChars) receives the folder without its last backslash, the
 // result is the file name behind it, in the same buffer; null with the last error set on failure.

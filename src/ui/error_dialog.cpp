@@ -24,8 +24,8 @@ bool LoadText(UINT id, HeapBlock<wchar_t>& text) noexcept
     return length > 0;
 }
 
-bool FillCallerArguments(HeapBlock<wchar_t>& result, const wchar_t* format, const wchar_t* const* arguments,
-    DWORD argumentCount) noexcept
+bool FillCallerArguments(
+    HeapBlock<wchar_t>& result, const wchar_t* format, const wchar_t* const* arguments, DWORD argumentCount) noexcept
 {
     PlaceholderArgument filled[kMaxArguments];
     const DWORD count = argumentCount < kMaxArguments ? argumentCount : kMaxArguments;
@@ -36,12 +36,10 @@ bool FillCallerArguments(HeapBlock<wchar_t>& result, const wchar_t* format, cons
 bool FillError(HeapBlock<wchar_t>& result, const wchar_t* format, DWORD error) noexcept
 {
     wchar_t* systemText = nullptr;
-    const DWORD length =
-        ARVMUI_FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr, error, 0,
-            reinterpret_cast<wchar_t*>(&systemText), 0, nullptr);
+    const DWORD length = ARVMUI_FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr,
+        error, 0, reinterpret_cast<wchar_t*>(&systemText), 0, nullptr);
     const UniqueLocalMemory owned(length != 0 ? systemText : nullptr);
-    if (!owned)
-        LogLineW(L"ARVMUI_ErrorDialogBoxW: ARVMUI_FormatMessageW(%lu) failed: %lu", error, ::GetLastError());
+    if (!owned) LogLineW(L"ARVMUI_ErrorDialogBoxW: ARVMUI_FormatMessageW(%lu) failed: %lu", error, ::GetLastError());
 
     const PlaceholderArgument arguments[] = {
         PlaceholderArgument(error), PlaceholderArgument(owned ? systemText : L"-")};

@@ -61,8 +61,8 @@ DWORD ARVMUI_CALLBACK AcceptMessageLanguage(const wchar_t* locale, void* context
 }
 
 template <typename Char>
-DWORD FormatMessageInUILanguage(DWORD flags, const void* source, DWORD messageId, Char* buffer, DWORD size,
-    va_list* arguments) noexcept
+DWORD FormatMessageInUILanguage(
+    DWORD flags, const void* source, DWORD messageId, Char* buffer, DWORD size, va_list* arguments) noexcept
 {
     FormatRequest<Char> request = {{}, flags, source, messageId, buffer, size, arguments};
     if (!request.format.Build(Descriptor().module, nullptr)) return 0;
@@ -73,8 +73,8 @@ DWORD FormatMessageInUILanguage(DWORD flags, const void* source, DWORD messageId
 }  // namespace
 }  // namespace arvmui
 
-DWORD ARVMUI_CALL ARVMUI_FormatMessageW(DWORD flags, const void* source, DWORD messageId, DWORD, WCHAR* buffer,
-    DWORD size, va_list* arguments)
+DWORD ARVMUI_CALL ARVMUI_FormatMessageW(
+    DWORD flags, const void* source, DWORD messageId, DWORD, WCHAR* buffer, DWORD size, va_list* arguments)
 {
     return arvmui::FormatMessageInUILanguage(flags, source, messageId, buffer, size, arguments);
 }
