@@ -47,66 +47,65 @@
 #define ARVMUI_INSTALLER_CONTEXT_BYTES 40
 
 #ifdef __cplusplus
-extern "C"
-{
+extern "C" {
 #endif
 
-    /* Slots of LibraryDescriptor.LocaleHintTable. An empty slot has not been looked at; a single tab
+/* Slots of LibraryDescriptor.LocaleHintTable. An empty slot has not been looked at; a single tab
  * stands for "looked at, nothing found". */
-    typedef enum LocaleHintSlot
-    {
-        HINT_COMMAND_LINE = 0,  /* the locale list of this process */
-        HINT_SETTINGS_FILE = 1, /* the list of a settings file named on the command line ("kiv") */
-        HINT_BROWSER = 2,       /* the browser's accepted languages ("msie") */
-        HINT_ASKED = 3          /* the user's answer to the language dialog ("ask") */
-    } LocaleHintSlot;
+typedef enum LocaleHintSlot
+{
+    HINT_COMMAND_LINE = 0,  /* the locale list of this process */
+    HINT_SETTINGS_FILE = 1, /* the list of a settings file named on the command line ("kiv") */
+    HINT_BROWSER = 2,       /* the browser's accepted languages ("msie") */
+    HINT_ASKED = 3          /* the user's answer to the language dialog ("ask") */
+} LocaleHintSlot;
 
-    /* State of the library in this process. Read it; only the library writes it. */
-    typedef struct LibraryDescriptor
-    {
-        HMODULE module;          /* arvmui64.dll itself */
-        HMODULE resourceLibrary; /* its translated resources, or NULL */
-        HANDLE localeMapping;    /* the published LocaleRecord, or NULL */
-        DWORD tlsIndex;          /* thread-local slot, or TLS_OUT_OF_INDEXES */
-        WCHAR LocaleHintTable[ARVMUI_HINT_COUNT][ARVMUI_HINT_CHARS];
-        DWORD keyboardLanguageCount;
-        WORD* keyboardLanguages; /* primary languages of the installed keyboards, ascending */
-        BYTE installerContext[ARVMUI_INSTALLER_CONTEXT_BYTES]; /* zero outside an installation */
-        BOOL showMessagePopup;                                 /* errors are shown as message boxes */
-    } LibraryDescriptor;
+/* State of the library in this process. Read it; only the library writes it. */
+typedef struct LibraryDescriptor
+{
+    HMODULE module;          /* arvmui64.dll itself */
+    HMODULE resourceLibrary; /* its translated resources, or NULL */
+    HANDLE localeMapping;    /* the published LocaleRecord, or NULL */
+    DWORD tlsIndex;          /* thread-local slot, or TLS_OUT_OF_INDEXES */
+    WCHAR LocaleHintTable[ARVMUI_HINT_COUNT][ARVMUI_HINT_CHARS];
+    DWORD keyboardLanguageCount;
+    WORD* keyboardLanguages;                               /* primary languages of the installed keyboards, ascending */
+    BYTE installerContext[ARVMUI_INSTALLER_CONTEXT_BYTES]; /* zero outside an installation */
+    BOOL showMessagePopup;                                 /* errors are shown as message boxes */
+} LibraryDescriptor;
 
-    /* One locale that is offered to the user. */
-    typedef struct LocaleEntry
-    {
-        LANGID LangID;
-        WCHAR Locale[ARVMUI_TAG_CHARS];
-        DWORD LocaleLength; /* characters in Locale, terminator excluded */
-        WCHAR EnglishName[ARVMUI_TAG_CHARS];
-        WCHAR NativeName[ARVMUI_TAG_CHARS];
-        WCHAR LanguageSelectionTitle[ARVMUI_DIALOG_TEXT_CHARS];
-        WCHAR LanguageSelectionDesc[ARVMUI_DIALOG_TEXT_CHARS];
-        WCHAR OK[ARVMUI_BUTTON_CHARS];
-        WCHAR Cancel[ARVMUI_BUTTON_CHARS];
-    } LocaleEntry;
+/* One locale that is offered to the user. */
+typedef struct LocaleEntry
+{
+    LANGID LangID;
+    WCHAR Locale[ARVMUI_TAG_CHARS];
+    DWORD LocaleLength; /* characters in Locale, terminator excluded */
+    WCHAR EnglishName[ARVMUI_TAG_CHARS];
+    WCHAR NativeName[ARVMUI_TAG_CHARS];
+    WCHAR LanguageSelectionTitle[ARVMUI_DIALOG_TEXT_CHARS];
+    WCHAR LanguageSelectionDesc[ARVMUI_DIALOG_TEXT_CHARS];
+    WCHAR OK[ARVMUI_BUTTON_CHARS];
+    WCHAR Cancel[ARVMUI_BUTTON_CHARS];
+} LocaleEntry;
 
-    /* Content of the shared-memory section "ARVMUI_<process identifier, decimal>.IPC", through which
+/* Content of the shared-memory section "ARVMUI_<process identifier, decimal>.IPC", through which
  * a process hands its locale list to its children. */
-    typedef struct LocaleRecord
-    {
-        DWORD size;                      /* 132 */
-        WCHAR locales[ARVMUI_TAG_CHARS]; /* at most 63 characters and a terminator */
-    } LocaleRecord;
+typedef struct LocaleRecord
+{
+    DWORD size;                      /* 132 */
+    WCHAR locales[ARVMUI_TAG_CHARS]; /* at most 63 characters and a terminator */
+} LocaleRecord;
 
-    /* Callbacks return zero to go on; any other value ends the enumeration, which returns it.
+/* Callbacks return zero to go on; any other value ends the enumeration, which returns it.
  * The text belongs to the library and is valid during the call only. */
-    typedef DWORD(ARVMUI_CALLBACK* ARVMUI_LocaleCallbackW)(const WCHAR* locale, void* context);
-    typedef DWORD(ARVMUI_CALLBACK* ARVMUI_LocaleCallbackA)(const char* locale, void* context);
-    typedef DWORD(ARVMUI_CALLBACK* ARVMUI_FolderCallbackW)(const WCHAR* folderName, void* context);
-    typedef DWORD(ARVMUI_CALLBACK* ARVMUI_FolderCallbackA)(const char* folderName, void* context);
+typedef DWORD(ARVMUI_CALLBACK* ARVMUI_LocaleCallbackW)(const WCHAR* locale, void* context);
+typedef DWORD(ARVMUI_CALLBACK* ARVMUI_LocaleCallbackA)(const char* locale, void* context);
+typedef DWORD(ARVMUI_CALLBACK* ARVMUI_FolderCallbackW)(const WCHAR* folderName, void* context);
+typedef DWORD(ARVMUI_CALLBACK* ARVMUI_FolderCallbackA)(const char* folderName, void* context);
 
-    /* ---- Memory ---------------------------------------------------------------------------------- */
+/* ---- Memory ---------------------------------------------------------------------------------- */
 
-    /**
+/**
  * Allocates or resizes a block on the process heap.
  * @param memory block to resize, or NULL for a new one.
  * @param size   bytes wanted; 0 gives a block of size 0.
@@ -115,39 +114,39 @@ extern "C"
  * @lasterror not set.
  * @threads any.
  */
-    ARVMUI_API void* ARVMUI_CALL ARVMUI_realloc(void* memory, SIZE_T size);
+ARVMUI_API void* ARVMUI_CALL ARVMUI_realloc(void* memory, SIZE_T size);
 
-    /**
+/**
  * Frees a block of the library's.
  * @param memory block from ARVMUI_realloc or from another function of the library; NULL and every
  *               value up to 0xFFFF (an integer identifier) is ignored.
  * @lasterror not set.
  * @threads any.
  */
-    ARVMUI_API void ARVMUI_CALL ARVMUI_free(void* memory);
+ARVMUI_API void ARVMUI_CALL ARVMUI_free(void* memory);
 
-    /* ---- Diagnostics ----------------------------------------------------------------------------- */
+/* ---- Diagnostics ----------------------------------------------------------------------------- */
 
-    /**
+/**
  * Switches the library's own message boxes (errors, out of memory) on or off for the process.
  * @param enable   FALSE for off; they are off until the library's resources have been loaded.
  * @param previous receives the old setting; may be NULL.
  * @lasterror not set.
  * @threads any; the switch is one value for the whole process.
  */
-    ARVMUI_API void ARVMUI_CALL ARVMUI_SetMessagePopup(BOOL enable, BOOL* previous);
+ARVMUI_API void ARVMUI_CALL ARVMUI_SetMessagePopup(BOOL enable, BOOL* previous);
 
-    /**
+/**
  * Has no effect; kept for hosts that call it.
  * @param table ignored.
  * @lasterror not set.
  * @threads any.
  */
-    ARVMUI_API void ARVMUI_CALL ARVMUI_LogSetCallTable(void* table);
+ARVMUI_API void ARVMUI_CALL ARVMUI_LogSetCallTable(void* table);
 
-    /* ---- Locale queries -------------------------------------------------------------------------- */
+/* ---- Locale queries -------------------------------------------------------------------------- */
 
-    /**
+/**
  * Offers the candidates of a locale list, in order and each once, until one is accepted.
  * @param locales  locale list (see the head of this file).
  * @param callback receives each candidate tag; NULL in place of a tag means that the user refused
@@ -157,26 +156,24 @@ extern "C"
  * @lasterror not set.
  * @threads any.
  */
-    ARVMUI_API DWORD ARVMUI_CALL ARVMUI_EnumLocalesW(
-        const WCHAR* locales, ARVMUI_LocaleCallbackW callback, void* context);
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_EnumLocalesW(const WCHAR* locales, ARVMUI_LocaleCallbackW callback, void* context);
 
-    /**
+/**
  * As ARVMUI_EnumLocalesW in the ANSI code page. Candidates that cannot be converted, and the
  * user's refusal, are passed over without a call.
  */
-    ARVMUI_API DWORD ARVMUI_CALL ARVMUI_EnumLocalesA(
-        const char* locales, ARVMUI_LocaleCallbackA callback, void* context);
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_EnumLocalesA(const char* locales, ARVMUI_LocaleCallbackA callback, void* context);
 
-    /**
+/**
  * Tells the language of a resource library (its string 2).
  * @param library resource library; NULL for the library's own one in this process.
  * @return language identifier; 1033 where none is stored or loaded.
  * @lasterror not set.
  * @threads any.
  */
-    ARVMUI_API LANGID ARVMUI_CALL ARVMUI_GetLangID(HMODULE library);
+ARVMUI_API LANGID ARVMUI_CALL ARVMUI_GetLangID(HMODULE library);
 
-    /**
+/**
  * Writes the locale tag of a resource library (its string 1), "en-US" where none is stored.
  * @param library  resource library; NULL for the library's own one in this process.
  * @param buffer   receives the tag, cut to fit; always terminated; the caller's.
@@ -185,12 +182,12 @@ extern "C"
  * @lasterror not set.
  * @threads any.
  */
-    ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetLocaleW(HMODULE library, WCHAR* buffer, DWORD capacity);
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetLocaleW(HMODULE library, WCHAR* buffer, DWORD capacity);
 
-    /** As ARVMUI_GetLocaleW in the ANSI code page; capacity and result count bytes. */
-    ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetLocaleA(HMODULE library, char* buffer, DWORD capacity);
+/** As ARVMUI_GetLocaleW in the ANSI code page; capacity and result count bytes. */
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetLocaleA(HMODULE library, char* buffer, DWORD capacity);
 
-    /**
+/**
  * Tells the default ANSI code page of a locale.
  * @param language language identifier.
  * @param sortId   sort identifier; 0 for the default order.
@@ -198,11 +195,11 @@ extern "C"
  * @lasterror the system's on 0.
  * @threads any.
  */
-    ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetACP(LANGID language, WORD sortId);
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetACP(LANGID language, WORD sortId);
 
-    /* ---- Resource files -------------------------------------------------------------------------- */
+/* ---- Resource files -------------------------------------------------------------------------- */
 
-    /**
+/**
  * Writes the path format of a module's resource files; one "%s" stands for the locale, in
  * "<module folder>\resource\%s\<first six characters of the module's name>UI.DLL".
  * The rest of the path stands as it is: a module folder with a '%' in its name makes the result
@@ -216,14 +213,14 @@ extern "C"
  *            an integer identifier as fileName; else the system's.
  * @threads any.
  */
-    ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetResourceFileFormatW(
-        HMODULE module, const WCHAR* fileName, WCHAR* buffer, DWORD capacity);
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetResourceFileFormatW(
+    HMODULE module, const WCHAR* fileName, WCHAR* buffer, DWORD capacity);
 
-    /** As ARVMUI_GetResourceFileFormatW in the ANSI code page; sizes count bytes. */
-    ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetResourceFileFormatA(
-        HMODULE module, const char* fileName, char* buffer, DWORD capacity);
+/** As ARVMUI_GetResourceFileFormatW in the ANSI code page; sizes count bytes. */
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetResourceFileFormatA(
+    HMODULE module, const char* fileName, char* buffer, DWORD capacity);
 
-    /**
+/**
  * Finds the first resource file of a module that exists for a locale list.
  * @param module   module whose folder is meant; NULL for the program.
  * @param fileName file name in the locale folder, or NULL to derive it from the module's name.
@@ -235,14 +232,14 @@ extern "C"
  *            of ARVMUI_GetResourceFileFormatW.
  * @threads any. Shows a message box on failure while message popups are on.
  */
-    ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetResourceFileNameW(
-        HMODULE module, const WCHAR* fileName, const WCHAR* locales, WCHAR* buffer, DWORD capacity);
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetResourceFileNameW(
+    HMODULE module, const WCHAR* fileName, const WCHAR* locales, WCHAR* buffer, DWORD capacity);
 
-    /** As ARVMUI_GetResourceFileNameW in the ANSI code page; sizes count bytes. */
-    ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetResourceFileNameA(
-        HMODULE module, const char* fileName, const char* locales, char* buffer, DWORD capacity);
+/** As ARVMUI_GetResourceFileNameW in the ANSI code page; sizes count bytes. */
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetResourceFileNameA(
+    HMODULE module, const char* fileName, const char* locales, char* buffer, DWORD capacity);
 
-    /**
+/**
  * Calls back for every locale folder of a module, in the order of the file system.
  * @param module   module whose folder is meant; NULL for the program.
  * @param callback receives each folder's name, without path.
@@ -252,23 +249,23 @@ extern "C"
  *            else the system's.
  * @threads any.
  */
-    ARVMUI_API DWORD ARVMUI_CALL ARVMUI_EnumResourceFoldersW(
-        HMODULE module, ARVMUI_FolderCallbackW callback, void* context);
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_EnumResourceFoldersW(
+    HMODULE module, ARVMUI_FolderCallbackW callback, void* context);
 
-    /** As ARVMUI_EnumResourceFoldersW in the ANSI code page. */
-    ARVMUI_API DWORD ARVMUI_CALL ARVMUI_EnumResourceFoldersA(
-        HMODULE module, ARVMUI_FolderCallbackA callback, void* context);
+/** As ARVMUI_EnumResourceFoldersW in the ANSI code page. */
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_EnumResourceFoldersA(
+    HMODULE module, ARVMUI_FolderCallbackA callback, void* context);
 
-    /* ---- Resource libraries ---------------------------------------------------------------------- */
+/* ---- Resource libraries ---------------------------------------------------------------------- */
 
-    /**
+/**
  * @return the state of the library in this process; the library's, never NULL.
  * @lasterror not set.
  * @threads any; it changes at attach and detach, and with the answer to the language dialog.
  */
-    ARVMUI_API LibraryDescriptor* ARVMUI_CALL ARVMUI_GetDescriptor(void);
+ARVMUI_API LibraryDescriptor* ARVMUI_CALL ARVMUI_GetDescriptor(void);
 
-    /**
+/**
  * Loads the first resource library of a module that exists for a locale list.
  * @param module   module whose resource library is wanted; NULL for the program.
  * @param fileName file name in the locale folder, or NULL to derive it from the module's name.
@@ -280,32 +277,32 @@ extern "C"
  *            of ARVMUI_GetResourceFileFormatW.
  * @threads any. Shows a message box on failure while message popups are on.
  */
-    ARVMUI_API BOOL ARVMUI_CALL ARVMUI_LoadResourceLibraryW(
-        HMODULE module, const WCHAR* fileName, const WCHAR* locales, HMODULE* library);
+ARVMUI_API BOOL ARVMUI_CALL ARVMUI_LoadResourceLibraryW(
+    HMODULE module, const WCHAR* fileName, const WCHAR* locales, HMODULE* library);
 
-    /**
+/**
  * As ARVMUI_LoadResourceLibraryW with text in the ANSI code page. Where text cannot be converted
  * the result is FALSE and library is not written.
  */
-    ARVMUI_API BOOL ARVMUI_CALL ARVMUI_LoadResourceLibraryA(
-        HMODULE module, const char* fileName, const char* locales, HMODULE* library);
+ARVMUI_API BOOL ARVMUI_CALL ARVMUI_LoadResourceLibraryA(
+    HMODULE module, const char* fileName, const char* locales, HMODULE* library);
 
-    /**
+/**
  * Finds the first resource library of a module for a locale list that is loaded already.
  * @param library receives the handle without a reference of its own (do not free it); NULL on
  *                failure; may be NULL.
  * Everything else as in ARVMUI_LoadResourceLibraryW.
  */
-    ARVMUI_API BOOL ARVMUI_CALL ARVMUI_GetResourceHandleW(
-        HMODULE module, const WCHAR* fileName, const WCHAR* locales, HMODULE* library);
+ARVMUI_API BOOL ARVMUI_CALL ARVMUI_GetResourceHandleW(
+    HMODULE module, const WCHAR* fileName, const WCHAR* locales, HMODULE* library);
 
-    /** As ARVMUI_GetResourceHandleW, with text as in ARVMUI_LoadResourceLibraryA. */
-    ARVMUI_API BOOL ARVMUI_CALL ARVMUI_GetResourceHandleA(
-        HMODULE module, const char* fileName, const char* locales, HMODULE* library);
+/** As ARVMUI_GetResourceHandleW, with text as in ARVMUI_LoadResourceLibraryA. */
+ARVMUI_API BOOL ARVMUI_CALL ARVMUI_GetResourceHandleA(
+    HMODULE module, const char* fileName, const char* locales, HMODULE* library);
 
-    /* ---- Command line ---------------------------------------------------------------------------- */
+/* ---- Command line ---------------------------------------------------------------------------- */
 
-    /**
+/**
  * Removes every option "/uilocale:" from a command line, in place. The first value becomes the
  * locale list of the process if it has none yet. The library does this itself to the process's
  * command line when it is loaded.
@@ -314,15 +311,15 @@ extern "C"
  * @lasterror not set.
  * @threads any; the locale list is one value for the whole process.
  */
-    ARVMUI_API BOOL ARVMUI_CALL ARVMUI_ParseCommandLineW(WCHAR* commandLine);
+ARVMUI_API BOOL ARVMUI_CALL ARVMUI_ParseCommandLineW(WCHAR* commandLine);
 
-    /**
+/**
  * As ARVMUI_ParseCommandLineW in the ANSI code page.
  * @return TRUE; FALSE when memory is lacking: the line is then unchanged.
  */
-    ARVMUI_API BOOL ARVMUI_CALL ARVMUI_ParseCommandLineA(char* commandLine);
+ARVMUI_API BOOL ARVMUI_CALL ARVMUI_ParseCommandLineA(char* commandLine);
 
-    /**
+/**
  * Removes every option "/uilocale:" from an argument vector. The locale list of the process is
  * neither read nor written.
  * @param argc number of arguments, the terminating NULL excluded; lowered by those removed.
@@ -332,23 +329,23 @@ extern "C"
  * @lasterror not set.
  * @threads any.
  */
-    ARVMUI_API BOOL ARVMUI_CALL ARVMUI_ParseArgvW(int* argc, WCHAR** argv);
+ARVMUI_API BOOL ARVMUI_CALL ARVMUI_ParseArgvW(int* argc, WCHAR** argv);
 
-    /** As ARVMUI_ParseArgvW in the ANSI code page. */
-    ARVMUI_API BOOL ARVMUI_CALL ARVMUI_ParseArgvA(int* argc, char** argv);
+/** As ARVMUI_ParseArgvW in the ANSI code page. */
+ARVMUI_API BOOL ARVMUI_CALL ARVMUI_ParseArgvA(int* argc, char** argv);
 
-    /**
+/**
  * Removes every option "/uilocale:" from the process's command line.
  * @return the system's own buffer of that line; do not free it.
  * @lasterror not set.
  * @threads one at a time; the buffer is edited in place.
  */
-    ARVMUI_API WCHAR* ARVMUI_CALL ARVMUI_GetCommandLineW(void);
+ARVMUI_API WCHAR* ARVMUI_CALL ARVMUI_GetCommandLineW(void);
 
-    /** As ARVMUI_GetCommandLineW for the line in the ANSI code page, which is a buffer of its own. */
-    ARVMUI_API char* ARVMUI_CALL ARVMUI_GetCommandLineA(void);
+/** As ARVMUI_GetCommandLineW for the line in the ANSI code page, which is a buffer of its own. */
+ARVMUI_API char* ARVMUI_CALL ARVMUI_GetCommandLineA(void);
 
-    /**
+/**
  * Writes the option that makes a child process speak the language in use, such as
  * "/uilocale:de-DE"; an option that holds blanks is enclosed in double quotes.
  * @param buffer receives the option, or an empty string when it does not fit; the caller's.
@@ -357,14 +354,14 @@ extern "C"
  * @lasterror not set.
  * @threads any.
  */
-    ARVMUI_API int ARVMUI_CALL ARVMUI_GetCommandLineOptionW(WCHAR* buffer, DWORD size);
+ARVMUI_API int ARVMUI_CALL ARVMUI_GetCommandLineOptionW(WCHAR* buffer, DWORD size);
 
-    /** As ARVMUI_GetCommandLineOptionW in the ANSI code page; size and result count bytes. */
-    ARVMUI_API int ARVMUI_CALL ARVMUI_GetCommandLineOptionA(char* buffer, DWORD size);
+/** As ARVMUI_GetCommandLineOptionW in the ANSI code page; size and result count bytes. */
+ARVMUI_API int ARVMUI_CALL ARVMUI_GetCommandLineOptionA(char* buffer, DWORD size);
 
-    /* ---- Messages -------------------------------------------------------------------------------- */
+/* ---- Messages -------------------------------------------------------------------------------- */
 
-    /**
+/**
  * FormatMessageW in the language of the first locale of the process for which the library has
  * resources and the message exists; the system's own order of languages where there is none.
  * @param flags      as for FormatMessageW; with FORMAT_MESSAGE_ALLOCATE_BUFFER the caller frees
@@ -379,14 +376,14 @@ extern "C"
  * @lasterror those of FormatMessageW and of ARVMUI_GetResourceFileFormatW.
  * @threads any.
  */
-    ARVMUI_API DWORD ARVMUI_CALL ARVMUI_FormatMessageW(DWORD flags, const void* source, DWORD messageId,
-        DWORD languageId, WCHAR* buffer, DWORD size, va_list* arguments);
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_FormatMessageW(
+    DWORD flags, const void* source, DWORD messageId, DWORD languageId, WCHAR* buffer, DWORD size, va_list* arguments);
 
-    /** As ARVMUI_FormatMessageW with FormatMessageA; size and result count bytes. */
-    ARVMUI_API DWORD ARVMUI_CALL ARVMUI_FormatMessageA(DWORD flags, const void* source, DWORD messageId,
-        DWORD languageId, char* buffer, DWORD size, va_list* arguments);
+/** As ARVMUI_FormatMessageW with FormatMessageA; size and result count bytes. */
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_FormatMessageA(
+    DWORD flags, const void* source, DWORD messageId, DWORD languageId, char* buffer, DWORD size, va_list* arguments);
 
-    /**
+/**
  * MessageBoxW with its buttons in the language in use; in the system's while the library has no
  * resources.
  * @param owner   owner window, or NULL.
@@ -397,19 +394,19 @@ extern "C"
  * @lasterror those of MessageBoxW.
  * @threads any, several boxes at once and nested ones included.
  */
-    ARVMUI_API int ARVMUI_CALL ARVMUI_MessageBoxW(HWND owner, const WCHAR* text, const WCHAR* caption, UINT type);
+ARVMUI_API int ARVMUI_CALL ARVMUI_MessageBoxW(HWND owner, const WCHAR* text, const WCHAR* caption, UINT type);
 
-    /** As ARVMUI_MessageBoxW in the ANSI code page; buttons stay the system's if memory is lacking. */
-    ARVMUI_API int ARVMUI_CALL ARVMUI_MessageBoxA(HWND owner, const char* text, const char* caption, UINT type);
+/** As ARVMUI_MessageBoxW in the ANSI code page; buttons stay the system's if memory is lacking. */
+ARVMUI_API int ARVMUI_CALL ARVMUI_MessageBoxA(HWND owner, const char* text, const char* caption, UINT type);
 
-    /**
+/**
  * Tells the common controls the language in use.
  * @return the language that they use now; 0 when COMCTL32.DLL is not loaded in this process or
  *         does not know languages.
  * @lasterror the system's on 0.
  * @threads any; the setting is the process's.
  */
-    ARVMUI_API LANGID ARVMUI_CALL ARVMUI_InitCommonControlsLanguage(void);
+ARVMUI_API LANGID ARVMUI_CALL ARVMUI_InitCommonControlsLanguage(void);
 
 #ifdef __cplusplus
 }
