@@ -1,0 +1,111 @@
+#!/bin/sh
+# Shows what ARVMUI does: builds the library and the sample program and runs the sample under Wine, in one
+# language after another: ./demo.sh
+#
+# Needs Debian 12 (or a system with the same packages); missing packages are installed with apt-get, as root
+# or through sudo. Asks nothing and ends by itself; exit code 0 means: every run greeted in the right language.
+set -eu
+. "$(dirname -- "$0")/scripts/prepare.sh"
+
+[ $# -eq 0 ] || arvmui_fail "usage: ./demo.sh"
+
+english='Hello! This program speaks English.'
+german='Hallo! Dieses Programm spricht Deutsch.'
+spanish='¡Hola! Este programa habla español.'
+french='Bonjour ! Ce programme parle français.' # with a no-break space
+japanese='こんにちは。このプログラムは日本語で話します。'
+
+settings='HKCU\SOFTWARE\Pelkor\MUI'
+button_yes=6
+failed=0
+
+# Runs a program of the build under Wine; the time limit is for a machine where something hangs.
+run_program()
+{
+    timeout 120 "$ARVMUI_ROOT/cmake/wine-run" "$@" </dev/null 8>&-
+}
+
+# show TITLE TIMES GREETING PROGRAM [ARGUMENT...]: runs the program and expects success and this greeting, so many
+# times.
+show()
+{
+    title=$1
+    times=$2
+    greeting=$3
+    shift 3
+    echo
+    arvmui_say "$title"
+    printf '   > %s\n' "$*"
+    status=0
+    output=$(run_program "$@" 2>&1) || status=$?
+    output=$(printf '%s\n' "$output" | tr -d '\r')
+    printf '%s\n' "$output"
+    if [ "$status" -ne 0 ]; then
+        arvmui_say "FAILED: exit code $status"
+        failed=1
+    elif [ "$(printf '%s\n' "$output" | grep -cxF -- "$greeting" || true)" -ne "$times" ]; then
+        arvmui_say "FAILED: expected $times x \"$greeting\""
+        failed=1
+    fi
+}
+
+# Makes a locale for Wine to take the system's language from.
+make_locale()
+{
+    locale_folder=$(mktemp -d)
+    arvmui_at_exit "rm -rf '$locale_folder'"
+    localedef -i "$1" -f UTF-8 "$locale_folder/$1.UTF-8"
+}
+
+remove_setting()
+{
+    run_program reg delete "$settings" /v UILocale /f >/dev/null 2>&1 || true
+}
+
+arvmui_require_packages locales
+arvmui_build mingw-release hello answer_box
+arvmui_start_display
+arvmui_prepare_wine
+remove_setting
+
+cd -- "$ARVMUI_ROOT/build/mingw-release/bin"
+show "Without any choice: the language of the system, which is English here" \
+    1 "$english" hello.exe
+
+make_locale es_ES
+export LOCPATH="$locale_folder" ARVMUI_WINE_LOCALE=es_ES.UTF-8
+show "The same on a Spanish system" \
+    1 "$spanish" hello.exe
+unset LOCPATH ARVMUI_WINE_LOCALE
+
+show "The command line asks for German" \
+    1 "$german" hello.exe /uilocale:de
+show "A list: nobody translated the program into \"xx\", so Japanese comes first" \
+    1 "$japanese" hello.exe /uilocale:xx,ja,en
+show "A Windows language identifier does as well" \
+    1 "$japanese" hello.exe /uilocale:0x0411
+
+run_program reg add "$settings" /v UILocale /d fr /f >/dev/null
+arvmui_at_exit remove_setting
+show "The user's setting in the registry is French ($settings, UILocale)" \
+    1 "$french" hello.exe
+show "The command line counts for more than the registry" \
+    1 "$german" hello.exe /uilocale:de
+remove_setting
+
+show "The parent is told to speak Spanish; its child is told nothing and speaks Spanish too" \
+    2 "$spanish" hello.exe /uilocale:es /child
+show "A message box with German buttons on an English system, answered by a helper program" \
+    1 "$german" answer_box.exe "$button_yes" hello.exe /uilocale:de /box
+if ! printf '%s\n' "$output" | grep -qF '[&Ja]'; then
+    arvmui_say "FAILED: expected a button [&Ja]"
+    failed=1
+fi
+
+echo
+if [ "$failed" -ne 0 ]; then
+    arvmui_say "The demonstration failed"
+else
+    arvmui_say "Every run spoke the expected language"
+fi
+exit "$failed"
