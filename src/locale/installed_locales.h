@@ -3,6 +3,8 @@
 
 #include "arvmui.h"
 
+#include <cstddef>
+
 namespace arvmui
 {
 

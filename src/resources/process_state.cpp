@@ -12,7 +12,7 @@ static_assert(offsetof(LibraryDescriptor, resourceLibrary) == 8);
 static_assert(offsetof(LibraryDescriptor, localeMapping) == 16);
 static_assert(offsetof(LibraryDescriptor, tlsIndex) == 24);
 static_assert(offsetof(LibraryDescriptor, LocaleHintTable) == 28);
-static_assert(sizeof(LibraryDescriptor::LocaleHintTable) == 4 * 256 * sizeof(wchar_t));
+static_assert(sizeof(LibraryDescriptor::LocaleHintTable) == sizeof(wchar_t) * 4 * 256);
 static_assert(offsetof(LibraryDescriptor, keyboardLanguageCount) == 2076);
 static_assert(offsetof(LibraryDescriptor, keyboardLanguages) == 2080);
 static_assert(offsetof(LibraryDescriptor, installerContext) == 2088);
