@@ -41,7 +41,9 @@ if(MSVC)
         "$<$<COMPILE_LANGUAGE:CXX>:/permissive->")
     target_compile_definitions(arvmui_options INTERFACE _CRT_SECURE_NO_WARNINGS)
     target_compile_options(arvmui_library_options INTERFACE
-        "$<$<COMPILE_LANGUAGE:CXX>:/GR-;/Zc:threadSafeInit-;/Gy;/Gw>")
+        "$<$<COMPILE_LANGUAGE:CXX>:/GR-;/Zc:threadSafeInit-;/Gy;/Gw>"
+        # Without exceptions "noexcept" says what is true anyway, which the compiler finds odd.
+        "$<$<COMPILE_LANGUAGE:CXX>:/wd4577>")
     target_compile_definitions(arvmui_library_options INTERFACE _HAS_EXCEPTIONS=0)
     target_link_options(arvmui_library_options INTERFACE
         /MANIFEST:NO "$<$<CONFIG:Release>:/OPT:REF;/OPT:ICF;/INCREMENTAL:NO>")

@@ -23,6 +23,7 @@ set(LEVEL_1
     foundation/heap
     foundation/text
     foundation/text_calls.h
+    foundation/paths.h
     foundation/growable_text
     foundation/code_page
     foundation/diagnostic_log
@@ -44,6 +45,7 @@ set(LEVEL_2
 set(LEVEL_3
     foundation/process_info
     foundation/rundll_launcher
+    locale/library_identity
     locale/locale_search
     text/profile_reader
     installer/package_locales

@@ -103,6 +103,7 @@ int AppendEscapedArgument(wchar_t** buffer, int position, const wchar_t* text) n
         else
         {
             // One more element: each escape is terminated until the next character overwrites that.
+            // Ignored: the length, which is known.
             const wchar_t* const format = size == kEscapeChars ? L"\\u%04X" : L"\\\\";
             FormatFixed<wchar_t>(out, size + 1, format, static_cast<unsigned>(*p));
         }

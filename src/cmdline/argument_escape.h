@@ -1,5 +1,6 @@
 // Argument lists for entry points that are started in another process: every character is written
-// so that neither the shell's quoting rules nor the ANSI code page can change it.
+// so that neither the shell's quoting rules nor the ANSI code page can change it. One thing is lost: the
+// last backslash of an argument that ends in one, which the closing quote swallows.
 #pragma once
 
 #include <windows.h>

@@ -100,7 +100,7 @@ BOOL ARVMUI_CALL ARVMUI_ParseCommandLineA(char* commandLine)
     if (!wide) return FALSE;
     const BOOL result = ARVMUI_ParseCommandLineW(wide.Get());
 
-    // Measured first: a failed conversion leaves half of its text behind.
+    // Measured first, as a failed conversion leaves half of its text behind; so the line stays whole.
     const int room = static_cast<int>(arvmui::NarrowLength(commandLine)) + 1;
     const int bytes = ::WideCharToMultiByte(CP_ACP, 0, wide.Get(), -1, nullptr, 0, nullptr, nullptr);
     if (bytes > 0 && bytes <= room)

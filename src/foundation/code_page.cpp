@@ -2,15 +2,27 @@
 
 namespace arvmui
 {
+namespace
+{
+
+// Where the ANSI code page is UTF-8 the system refuses the flag, which changes nothing there.
+int ToWide(const char* text, int length, wchar_t* wide, int capacity) noexcept
+{
+    const int count = ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, text, length, wide, capacity);
+    if (count != 0 || ::GetLastError() != ERROR_INVALID_FLAGS) return count;
+    return ::MultiByteToWideChar(CP_ACP, 0, text, length, wide, capacity);
+}
+
+}  // namespace
 
 wchar_t* DupWideFromAnsi(const char* text, int length) noexcept
 {
     if (IsIntegerIdentifier(text)) return reinterpret_cast<wchar_t*>(reinterpret_cast<ULONG_PTR>(text));
 
-    const int size = ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, text, length, nullptr, 0);
+    const int size = ToWide(text, length, nullptr, 0);
     HeapBlock<wchar_t> copy;
     if (size <= 0 || !copy.Resize(static_cast<size_t>(size))) return nullptr;
-    if (::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, text, length, copy.Get(), size) != size) return nullptr;
+    if (ToWide(text, length, copy.Get(), size) != size) return nullptr;
     return copy.Release();
 }
 

@@ -3,8 +3,6 @@
 #include "foundation/heap.h"
 #include "foundation/text_calls.h"
 
-#include <climits>
-
 namespace arvmui
 {
 namespace

@@ -3,11 +3,10 @@
 #include "foundation/growable_text.h"
 #include "foundation/handles.h"
 #include "foundation/heap.h"
+#include "foundation/paths.h"
 #include "foundation/system_functions.h"
-#include "foundation/text.h"
 #include "resources/windows_folder.h"
 
-#include <cstdint>
 #include <cwchar>
 
 namespace arvmui
@@ -15,23 +14,10 @@ namespace arvmui
 namespace
 {
 
-constexpr DWORD kPathChars = MAX_PATH;  // terminator included
 constexpr char kInstallerProgram[] = "MSIEXEC.EXE";
 constexpr wchar_t kInstallerProgramName[] = L"MSIEXEC.EXE";
 constexpr DWORD kUserNameChars = 257;  // longest user name and its terminator
 constexpr unsigned kSidRevision = 1;
-
-bool GetModulePath(HMODULE module, wchar_t (&path)[kPathChars]) noexcept
-{
-    const DWORD length = ::GetModuleFileNameW(module, path, kPathChars);
-    return length != 0 && length < kPathChars;
-}
-
-bool GetShortPath(const wchar_t* path, wchar_t (&shortPath)[kPathChars]) noexcept
-{
-    const DWORD length = ::GetShortPathNameW(path, shortPath, kPathChars);
-    return length != 0 && length < kPathChars;
-}
 
 bool LiesInFolder(const wchar_t* path, const wchar_t* folder) noexcept
 {
@@ -49,31 +35,31 @@ enum class PathMatch
 PathMatch MatchPaths(const wchar_t* path, const wchar_t* other) noexcept
 {
     if (CompareTextNoCase(path, other) == 0) return PathMatch::kSame;
-    wchar_t shortPath[kPathChars];
-    wchar_t otherShortPath[kPathChars];
+    PathBuffer<wchar_t> shortPath;
+    PathBuffer<wchar_t> otherShortPath;
     if (!GetShortPath(path, shortPath) || !GetShortPath(other, otherShortPath)) return PathMatch::kUnknown;
     return CompareTextNoCase(shortPath, otherShortPath) == 0 ? PathMatch::kSame : PathMatch::kOther;
 }
 
 bool LiesInInstallerCache(HMODULE library) noexcept
 {
-    wchar_t path[kPathChars];
+    PathBuffer<wchar_t> path;
     if (!GetModulePath(library, path)) return false;
 
-    wchar_t folder[kPathChars];
-    FormatWindowsPath(folder, kPathChars, L"\\INSTALLER\\");
+    PathBuffer<wchar_t> folder;
+    FormatWindowsPath(folder, kMaxPathChars, L"\\INSTALLER\\");
     if (LiesInFolder(path, folder)) return true;
 
-    wchar_t shortPath[kPathChars];
-    wchar_t shortFolder[kPathChars];
+    PathBuffer<wchar_t> shortPath;
+    PathBuffer<wchar_t> shortFolder;
     return GetShortPath(path, shortPath) && GetShortPath(folder, shortFolder) && LiesInFolder(shortPath, shortFolder);
 }
 
 // The host against the installer's program in one system folder.
 PathMatch MatchInstallerProgram(const wchar_t* host, const wchar_t* programFormat) noexcept
 {
-    wchar_t program[kPathChars];
-    FormatWindowsPath(program, kPathChars, programFormat, kInstallerProgram);
+    PathBuffer<wchar_t> program;
+    FormatWindowsPath(program, kMaxPathChars, programFormat, kInstallerProgram);
     return MatchPaths(host, program);
 }
 
@@ -95,7 +81,7 @@ BOOL IsHostedByInstaller(HMODULE library) noexcept
 {
     if (LiesInInstallerCache(library)) return TRUE;
 
-    wchar_t host[kPathChars];
+    PathBuffer<wchar_t> host;
     if (!GetModulePath(nullptr, host)) return FALSE;
     const wchar_t* const name = std::wcsrchr(host, L'\\');
     if (!name || CompareTextNoCase(name + 1, kInstallerProgramName) != 0) return FALSE;

@@ -3,6 +3,7 @@
 #include "cmdline/argument_escape.h"
 #include "foundation/growable_text.h"
 #include "foundation/heap.h"
+#include "foundation/paths.h"
 #include "resources/process_state.h"
 #include "resources/windows_folder.h"
 
@@ -11,7 +12,6 @@ namespace arvmui
 namespace
 {
 
-constexpr DWORD kPathChars = MAX_PATH;  // terminator included
 static_assert(sizeof(STARTUPINFOW) == 104);
 static_assert(sizeof(PROCESS_INFORMATION) == 24);
 
@@ -26,24 +26,24 @@ bool AppendArgument(HeapBlock<wchar_t>& line, const wchar_t* argument) noexcept
 BOOL LaunchLibraryEntryPoint(STARTUPINFOW* startup, PROCESS_INFORMATION* process, const wchar_t* libraryPath,
     const wchar_t* entryPoint, DWORD argumentCount, const wchar_t* const* arguments) noexcept
 {
-    wchar_t launcher[kPathChars];
-    FormatWindowsPath(launcher, kPathChars, L"\\SYSTEM32\\%hs", "RUNDLL32.EXE");
+    PathBuffer<wchar_t> launcher;
+    FormatWindowsPath(launcher, kMaxPathChars, L"\\SYSTEM32\\%hs", "RUNDLL32.EXE");
 
-    wchar_t ownPath[kPathChars];
+    PathBuffer<wchar_t> ownPath = {};
     if (!libraryPath)
     {
-        const DWORD length = ::GetModuleFileNameW(Descriptor().module, ownPath, kPathChars);
-        if (length == 0 || length >= kPathChars) return FALSE;
+        if (!GetModulePath(Descriptor().module, ownPath)) return FALSE;
         libraryPath = ownPath;
     }
 
-    // The short form holds no blanks, at which the launcher would cut.
-    wchar_t shortPath[kPathChars];
-    const DWORD shortLength = ::GetShortPathNameW(libraryPath, shortPath, kPathChars);
-    if (shortLength == 0 || shortLength >= kPathChars) return FALSE;
+    // The launcher cuts the path at a blank. The short form has none, except on volumes without short
+    // names, where quotes help.
+    PathBuffer<wchar_t> shortPath;
+    if (!GetShortPath(libraryPath, shortPath)) return FALSE;
+    const wchar_t* const format = TextCalls<wchar_t>::HoldsSpace(shortPath) ? L"\"%s\" \"%s\",%s" : L"\"%s\" %s,%s";
 
     HeapBlock<wchar_t> line;
-    if (AppendFormat(line.Slot(), -1, L"\"%s\" %s,%s", launcher, shortPath, entryPoint) < 0) return FALSE;
+    if (AppendFormat(line.Slot(), -1, format, launcher, shortPath, entryPoint) < 0) return FALSE;
     for (DWORD i = 0; i < argumentCount && arguments[i]; ++i)
     {
         if (!AppendArgument(line, arguments[i])) return FALSE;

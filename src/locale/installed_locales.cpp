@@ -3,6 +3,8 @@
 #include "foundation/handles.h"
 #include "foundation/heap.h"
 #include "foundation/text_calls.h"
+#include "locale/library_identity.h"
+#include "locale/locale_list.h"
 #include "resources/process_state.h"
 #include "resources/resource_ids.h"
 #include "resources/resource_path.h"
@@ -24,9 +26,6 @@ static_assert(offsetof(LocaleEntry, OK) == 1416);
 static_assert(offsetof(LocaleEntry, Cancel) == 1480);
 static_assert(sizeof(LocaleEntry) == 1544);
 static_assert(kShortEntryBytes == 392);
-
-constexpr LANGID kEnglish = 1033;
-constexpr int kNumberChars = 32;  // text of a language identifier, terminator included
 
 struct Field
 {
@@ -54,11 +53,11 @@ struct KeywordName
 };
 
 constexpr KeywordName kKeywords[] = {
-    {L"user", ARVMUI_STRING_KEYWORD_USER},
-    {L"system", ARVMUI_STRING_KEYWORD_SYSTEM},
-    {L"uilang", ARVMUI_STRING_KEYWORD_UILANG},
-    {L"kiv", ARVMUI_STRING_KEYWORD_KIV},
-    {L"msie", ARVMUI_STRING_KEYWORD_MSIE},
+    {kKeywordUser, ARVMUI_STRING_KEYWORD_USER},
+    {kKeywordSystem, ARVMUI_STRING_KEYWORD_SYSTEM},
+    {kKeywordUILanguage, ARVMUI_STRING_KEYWORD_UILANG},
+    {kKeywordSettingsFile, ARVMUI_STRING_KEYWORD_KIV},
+    {kKeywordBrowser, ARVMUI_STRING_KEYWORD_MSIE},
 };
 
 // The array under construction. An element is the beginning of a LocaleEntry, cut at the element
@@ -76,7 +75,7 @@ public:
     bool Reserve(DWORD extra) noexcept
     {
         const size_t elements = static_cast<size_t>(count_) + extra;
-        if (elementSize_ == 0 || elements > SIZE_MAX / elementSize_) return false;
+        if (elements > SIZE_MAX / elementSize_) return false;
         return bytes_.Resize(elements * elementSize_);
     }
 
@@ -89,11 +88,6 @@ public:
         std::memmove(element + elementSize_, element, (count_ - index) * elementSize_);
         std::memset(element, 0, elementSize_);
         return element;
-    }
-
-    void StoreLanguage(BYTE* element, LANGID id) const noexcept
-    {
-        if (Holds(offsetof(LocaleEntry, LangID), sizeof(id))) std::memcpy(element, &id, sizeof(id));
     }
 
     void StoreTagLength(BYTE* element, DWORD length) const noexcept
@@ -113,6 +107,11 @@ private:
 wchar_t* TextAt(BYTE* element, size_t offset) noexcept
 {
     return reinterpret_cast<wchar_t*>(element + offset);
+}
+
+void StoreLanguage(BYTE* element, LANGID id) noexcept
+{
+    std::memcpy(element, &id, sizeof(id));
 }
 
 LANGID LanguageOf(const BYTE* element) noexcept
@@ -161,18 +160,16 @@ DWORD ARVMUI_CALLBACK AddFolder(const wchar_t* folderName, void* context)
     const FolderWalk& walk = *static_cast<const FolderWalk*>(context);
     EntryArray& array = walk.array;
 
-    wchar_t path[kMaxPathChars];
+    PathBuffer<wchar_t> path;
     if (!walk.format.Format(folderName, path)) return 0;
     const UniqueLibrary library(::LoadLibraryExW(path, nullptr, LOAD_LIBRARY_AS_DATAFILE));
     if (!library) return 0;
 
-    wchar_t number[kNumberChars];
-    if (!array.Reserve(1)) return 0;
-    if (::LoadStringW(library.Get(), ARVMUI_STRING_LANGUAGE_ID, number, kNumberChars) <= 0) return 0;
-    const LANGID id = static_cast<LANGID>(TextCalls<wchar_t>::ToNumber(number) & 0xFFFF);
+    LANGID id = 0;
+    if (!array.Reserve(1) || !LoadLanguageId(library.Get(), id)) return 0;
 
     BYTE* const element = array.Insert(InsertionIndex(array, id));
-    array.StoreLanguage(element, id);
+    StoreLanguage(element, id);
     // Deliberate: an entry that lacks a text stays where it was inserted and is not counted, so that
     // the last entry falls outside the count instead.
     if (LoadTexts(array, element, library.Get())) array.Raise(1);
@@ -183,15 +180,16 @@ DWORD ARVMUI_CALLBACK AddFolder(const wchar_t* folderName, void* context)
 HMODULE FindEnglishLibrary(LANGID own, UniqueLibrary& loaded) noexcept
 {
     const LibraryDescriptor& descriptor = Descriptor();
-    if (own == kEnglish && descriptor.resourceLibrary) return descriptor.resourceLibrary;
-    ARVMUI_LoadResourceLibraryW(
-        descriptor.module, nullptr, reinterpret_cast<const wchar_t*>(static_cast<ULONG_PTR>(kEnglish)), loaded.Slot());
+    if (own == kDefaultLanguage && descriptor.resourceLibrary) return descriptor.resourceLibrary;
+    // Ignored: without it the guard stays empty.
+    ARVMUI_LoadResourceLibraryW(descriptor.module, nullptr, MAKEINTRESOURCEW(kDefaultLanguage), loaded.Slot());
     return loaded.Get();
 }
 
 void LoadNameOrKeyword(HMODULE library, const KeywordName& name, wchar_t* text, size_t bytes) noexcept
 {
     const int capacity = static_cast<int>(bytes / sizeof(wchar_t));
+    // Ignored: the length, as every keyword fits.
     if (::LoadStringW(library, name.string, text, capacity) <= 0)
         CopyCut(text, static_cast<size_t>(capacity), name.keyword);
 }
@@ -208,7 +206,7 @@ bool AddKeywords(EntryArray& array) noexcept
     for (const KeywordName& name : kKeywords)
     {
         BYTE* const element = array.Insert(array.Count());
-        array.StoreLanguage(element, own);
+        StoreLanguage(element, own);
         array.StoreTagLength(element, static_cast<DWORD>(CopyCut(TextAt(element, offsetof(LocaleEntry, Locale)),
                                           ARVMUI_TAG_CHARS, name.keyword)));
         LoadNameOrKeyword(
@@ -224,6 +222,7 @@ bool AddKeywords(EntryArray& array) noexcept
 
 BOOL EnumInstalledLocales(size_t elementSize, void** entries, DWORD* count) noexcept
 {
+    if (elementSize < sizeof(LANGID)) return FALSE;  // the order is by language
     ResourcePathFormat<wchar_t> format;
     if (!format.Build(Descriptor().module, nullptr)) return FALSE;
 

@@ -14,7 +14,8 @@ constexpr size_t kShortEntryBytes = offsetof(LocaleEntry, LanguageSelectionTitle
 
 // Builds an array of `elementSize` bytes an element, each the beginning of a LocaleEntry, ordered by
 // language; short entries are followed by one for each keyword. The caller frees it with
-// ARVMUI_free. FALSE, storing nothing, when the folders cannot be named or, for short entries, when
+// ARVMUI_free. FALSE, storing nothing, when the folders cannot be named, when an element
+// has no room for its language or, for short entries, when
 // there are no English resources or no memory.
 BOOL EnumInstalledLocales(size_t elementSize, void** entries, DWORD* count) noexcept;
 

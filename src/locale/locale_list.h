@@ -9,6 +9,14 @@
 namespace arvmui
 {
 
+// Items that stand for a source of locales.
+inline constexpr wchar_t kKeywordUser[] = L"user";
+inline constexpr wchar_t kKeywordSystem[] = L"system";
+inline constexpr wchar_t kKeywordUILanguage[] = L"uilang";
+inline constexpr wchar_t kKeywordSettingsFile[] = L"kiv";
+inline constexpr wchar_t kKeywordBrowser[] = L"msie";
+inline constexpr wchar_t kKeywordAsk[] = L"ask";
+
 // First character at or after `p` that is neither ',' nor ASCII white space.
 const wchar_t* SkipListSeparators(const wchar_t* p) noexcept;
 

@@ -1,8 +1,11 @@
 #include "foundation/code_page.h"
 #include "foundation/text_calls.h"
+#include "locale/library_identity.h"
 #include "locale/locale_search.h"
 #include "resources/process_state.h"
 #include "resources/resource_ids.h"
+
+#include <climits>
 
 // The exported questions about locales. They never fail: where a resource library does not answer,
 // English (United States) stands for it.
@@ -12,8 +15,6 @@ namespace arvmui
 namespace
 {
 
-constexpr LANGID kDefaultLanguage = 1033;
-constexpr int kNumberChars = 32;    // text of a language identifier, terminator included
 constexpr int kCodePageChars = 16;  // text of a code page, terminator included
 
 HMODULE GivenOrOwn(HMODULE library) noexcept
@@ -73,11 +74,8 @@ DWORD ARVMUI_CALL ARVMUI_EnumLocalesA(const char* locales, ARVMUI_LocaleCallback
 LANGID ARVMUI_CALL ARVMUI_GetLangID(HMODULE library)
 {
     library = arvmui::GivenOrOwn(library);
-    if (!library) return arvmui::kDefaultLanguage;
-    wchar_t number[arvmui::kNumberChars];
-    if (::LoadStringW(library, ARVMUI_STRING_LANGUAGE_ID, number, arvmui::kNumberChars) <= 0)
-        return arvmui::kDefaultLanguage;
-    return static_cast<LANGID>(arvmui::TextCalls<wchar_t>::ToNumber(number) & 0xFFFF);
+    LANGID language = arvmui::kDefaultLanguage;
+    return library && arvmui::LoadLanguageId(library, language) ? language : arvmui::kDefaultLanguage;
 }
 
 DWORD ARVMUI_CALL ARVMUI_GetLocaleW(HMODULE library, WCHAR* buffer, DWORD capacity)

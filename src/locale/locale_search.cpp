@@ -35,20 +35,21 @@ enum class Keyword
     kNone
 };
 
+constexpr struct
+{
+    const wchar_t* name;
+    Keyword keyword;
+} kKeywords[] = {
+    {kKeywordUser, Keyword::kUser},
+    {kKeywordSystem, Keyword::kSystem},
+    {kKeywordUILanguage, Keyword::kUILanguage},
+    {kKeywordSettingsFile, Keyword::kSettingsFile},
+    {kKeywordBrowser, Keyword::kBrowser},
+    {kKeywordAsk, Keyword::kAsk},
+};
+
 Keyword KeywordFromItem(const wchar_t* item) noexcept
 {
-    static constexpr struct
-    {
-        const wchar_t* name;
-        Keyword keyword;
-    } kKeywords[] = {
-        {L"user", Keyword::kUser},
-        {L"system", Keyword::kSystem},
-        {L"uilang", Keyword::kUILanguage},
-        {L"kiv", Keyword::kSettingsFile},
-        {L"msie", Keyword::kBrowser},
-        {L"ask", Keyword::kAsk},
-    };
     for (const auto& entry : kKeywords)
     {
         if (CompareTextNoCase(item, entry.name) == 0) return entry.keyword;
@@ -214,6 +215,7 @@ DWORD LocaleSearch::OfferDerived(const wchar_t* candidate) noexcept
 // The list of the process where its command line and its parent gave none.
 const wchar_t* ReadStoredList(wchar_t* buffer, DWORD capacity) noexcept
 {
+    const LastErrorKeeper keep;  // a missing setting is no error of the search
     if (ReadUILocale(HKEY_CURRENT_USER, buffer, capacity) != 0) return buffer;
     if (ReadUILocale(HKEY_LOCAL_MACHINE, buffer, capacity) != 0) return buffer;
     return kDefaultList;

@@ -13,6 +13,14 @@ namespace
 constexpr wchar_t kProductKey[] = L"SOFTWARE\\Pelkor\\MUI";
 constexpr wchar_t kUILocaleValue[] = L"UILocale";
 
+// Where a text that is read goes, and its length.
+struct TextResult
+{
+    wchar_t* buffer;
+    DWORD capacity;
+    DWORD length = 0;
+};
+
 // Closes the key; a failure becomes the last error only where nothing else went wrong.
 void CloseReportingFailure(UniqueRegKey& key) noexcept
 {
@@ -20,7 +28,7 @@ void CloseReportingFailure(UniqueRegKey& key) noexcept
     if (status != ERROR_SUCCESS && ::GetLastError() == ERROR_SUCCESS) ::SetLastError(static_cast<DWORD>(status));
 }
 
-// Reads a text value into a new block of `bytes` bytes, terminated wherever its data ends.
+// Reads a text value into a new block, terminated wherever its data ends.
 bool ReadTextValue(HKEY key, const wchar_t* valueName, HeapBlock<wchar_t>& text, DWORD& type) noexcept
 {
     DWORD bytes = 0;
@@ -46,15 +54,18 @@ bool ExpandInto(const wchar_t* text, wchar_t* buffer, DWORD capacity) noexcept
 }
 
 // One location that starts with a root key's name. `first` and `last` are its outer backslashes.
-DWORD ReadRootedLocation(
-    HKEY root, const wchar_t* first, const wchar_t* last, const wchar_t* end, wchar_t* buffer, DWORD capacity) noexcept
+// FALSE when memory is lacking.
+bool ReadRootedLocation(
+    HKEY root, const wchar_t* first, const wchar_t* last, const wchar_t* end, TextResult& result) noexcept
 {
     HeapBlock<wchar_t> key;
     HeapBlock<wchar_t> value;
-    if (AppendFormat(value.Slot(), -1, L"%.*s", static_cast<int>(end - last - 1), last + 1) < 0) return 0;
-    if (first == last) return ReadRegistryString(kProductKeyRead, root, kProductKey, value.Get(), buffer, capacity);
-    if (AppendFormat(key.Slot(), -1, L"%.*s", static_cast<int>(last - first - 1), first + 1) < 0) return 0;
-    return ReadRegistryString(kProductKeyRead, root, key.Get(), value.Get(), buffer, capacity);
+    if (AppendFormat(value.Slot(), -1, L"%.*s", static_cast<int>(end - last - 1), last + 1) < 0) return false;
+    if (first != last && AppendFormat(key.Slot(), -1, L"%.*s", static_cast<int>(last - first - 1), first + 1) < 0)
+        return false;
+    const wchar_t* const subkey = first == last ? kProductKey : key.Get();
+    result.length = ReadRegistryString(kProductKeyRead, root, subkey, value.Get(), result.buffer, result.capacity);
+    return true;
 }
 
 bool IsLocationSpace(wchar_t character) noexcept
@@ -62,37 +73,54 @@ bool IsLocationSpace(wchar_t character) noexcept
     return character == L' ' || character == L'\t';
 }
 
-// One location from `begin` to `end`. FALSE ends the walk: there is no memory for its texts.
-bool ReadLocation(const wchar_t* begin, const wchar_t* end, wchar_t* buffer, DWORD capacity, DWORD& length) noexcept
+// Walks a list until a location gives text. FALSE when memory is lacking for a location's texts.
+bool ReadLocations(const wchar_t* locations, TextResult& result) noexcept;
+
+// One location from `begin` to `end`.
+bool ReadLocation(const wchar_t* begin, const wchar_t* end, TextResult& result) noexcept
 {
     const int itemLength = static_cast<int>(end - begin);
     const wchar_t* const first = FindCharN(begin, L'\\', static_cast<size_t>(itemLength));
     HeapBlock<wchar_t> text;
     if (!first)
     {
-        if (AppendFormat(text.Slot(), -1, L"%s\\%s\\%.*s,%s\\%s\\%.*s", L"HKCU", kProductKey, itemLength, begin,
-                L"HKLM", kProductKey, itemLength, begin)
-            < 0)
-            return false;
-        length = ReadRegistryList(text.Get(), buffer, capacity);
-        return true;
+        return AppendFormat(text.Slot(), -1, L"%s\\%s\\%.*s,%s\\%s\\%.*s", L"HKCU", kProductKey, itemLength, begin,
+                   L"HKLM", kProductKey, itemLength, begin)
+                   >= 0
+               && ReadLocations(text.Get(), result);
     }
 
     if (AppendFormat(text.Slot(), -1, L"%.*s", static_cast<int>(first - begin), begin) < 0) return false;
     const HKEY root = RootKeyFromName(text.Get());
     if (!root)
     {
-        if (AppendFormat(text.Slot(), 0, L"%s\\%.*s,%s\\%.*s", L"HKCU", itemLength, begin, L"HKLM", itemLength, begin)
-            < 0)
-            return false;
-        length = ReadRegistryList(text.Get(), buffer, capacity);
-        return true;
+        return AppendFormat(
+                   text.Slot(), 0, L"%s\\%.*s,%s\\%.*s", L"HKCU", itemLength, begin, L"HKLM", itemLength, begin)
+                   >= 0
+               && ReadLocations(text.Get(), result);
     }
 
     const wchar_t* last = end - 1;
     while (*last != L'\\') --last;  // first <= last
-    length = ReadRootedLocation(root, first, last, end, buffer, capacity);
-    return true;
+    return ReadRootedLocation(root, first, last, end, result);
+}
+
+bool ReadLocations(const wchar_t* locations, TextResult& result) noexcept
+{
+    for (const wchar_t* p = locations;;)
+    {
+        while (*p == L',' || IsLocationSpace(*p)) ++p;
+        if (*p == L'\0') return true;
+
+        const wchar_t* next = p;
+        while (*next && *next != L',') ++next;
+        const wchar_t* end = next;
+        while (IsLocationSpace(end[-1])) --end;  // p < end: the item starts with no white space
+
+        if (!ReadLocation(p, end, result)) return false;
+        if (result.length != 0) return true;
+        p = next;
+    }
 }
 
 }  // namespace
@@ -164,21 +192,8 @@ BOOL WriteRegistryString(
 
 DWORD ReadRegistryList(const wchar_t* locations, wchar_t* buffer, DWORD capacity) noexcept
 {
-    for (const wchar_t* p = locations;;)
-    {
-        while (*p == L',' || IsLocationSpace(*p)) ++p;
-        if (*p == L'\0') return 0;
-
-        const wchar_t* next = p;
-        while (*next && *next != L',') ++next;
-        const wchar_t* end = next;
-        while (IsLocationSpace(end[-1])) --end;  // p < end: the item starts with no white space
-
-        DWORD length = 0;
-        if (!ReadLocation(p, end, buffer, capacity, length)) return 0;
-        if (length != 0) return length;
-        p = next;
-    }
+    TextResult result = {buffer, capacity};
+    return ReadLocations(locations, result) ? result.length : 0;
 }
 
 HKEY RootKeyFromName(const wchar_t* name) noexcept

@@ -20,6 +20,7 @@ class SectionName
 public:
     explicit SectionName(DWORD processId) noexcept
     {
+        // Ignored: the length, as every number fits.
         FormatFixed<wchar_t>(text_, kSectionNameChars, L"ARVMUI_%lu.IPC", processId);
     }
     const wchar_t* Get() const noexcept { return text_; }
@@ -27,6 +28,15 @@ public:
 private:
     wchar_t text_[kSectionNameChars];
 };
+
+// Whether the whole record can be touched: a section that another process made may reserve its memory
+// without there being any.
+bool IsBacked(const void* view) noexcept
+{
+    MEMORY_BASIC_INFORMATION region;
+    return ::VirtualQuery(view, &region, sizeof(region)) == sizeof(region) && region.State == MEM_COMMIT
+           && region.RegionSize >= sizeof(LocaleRecord);
+}
 
 }  // namespace
 
@@ -37,10 +47,11 @@ HANDLE PublishLocale(const wchar_t* list) noexcept
         ::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(LocaleRecord), name.Get()));
     if (!section) return nullptr;
     const UniqueView view(::MapViewOfFile(section.Get(), FILE_MAP_WRITE, 0, 0, sizeof(LocaleRecord)));
-    if (!view) return nullptr;
+    if (!view || !IsBacked(view.Get())) return nullptr;
 
     LocaleRecord& record = *static_cast<LocaleRecord*>(view.Get());
     record.size = sizeof(LocaleRecord);
+    // Ignored: a list that is cut is the list from now on.
     CopyCut(record.locales, ARRAYSIZE(record.locales), list);
     return section.Release();  // open until detach: children read it while we live
 }
@@ -56,7 +67,7 @@ DWORD ReadParentLocale(wchar_t* buffer, DWORD capacity) noexcept
     const UniqueHandle section(::OpenFileMappingW(FILE_MAP_READ, FALSE, name.Get()));
     if (!section) return 0;
     const UniqueView view(::MapViewOfFile(section.Get(), FILE_MAP_READ, 0, 0, sizeof(LocaleRecord)));
-    if (!view) return 0;
+    if (!view || !IsBacked(view.Get())) return 0;
 
     // The other process may be writing at this moment: each character is read once, and no more of
     // them than the record holds, terminated or not.

@@ -17,7 +17,7 @@ struct FileNameSearch
 {
     ResourcePathFormat<Char> format;
     DWORD error = ERROR_FILE_NOT_FOUND;
-    Char path[kMaxPathChars] = {};
+    PathBuffer<Char> path = {};
 };
 
 // Accepts a locale for which something of the file's name exists.
@@ -55,9 +55,10 @@ DWORD GetResourceFileName(
 {
     if (!buffer || capacity == 0)
     {
-        ::SetLastError(ERROR_INVALID_PARAMETER);
+        ::SetLastError(capacity == 0 ? ERROR_BUFFER_OVERFLOW : ERROR_INVALID_PARAMETER);
         return 0;
     }
+    buffer[0] = Char{};
 
     FileNameSearch<Char> search;
     if (!search.format.Build(module, fileName))
@@ -81,7 +82,7 @@ template <typename Char, typename Callback>
 DWORD EnumResourceFolders(HMODULE module, Callback callback, void* context) noexcept
 {
     if (!callback) return 0;
-    Char pattern[kMaxPathChars];
+    PathBuffer<Char> pattern;
     const Char* const moduleName = SplitModulePath(module, pattern);
     if (!moduleName) return 0;
     const size_t folderLength = static_cast<size_t>(moduleName - pattern) - 1;

@@ -13,6 +13,7 @@ namespace
 HMODULE OpenLibrary(const wchar_t* path, ResourceLoadMode mode) noexcept
 {
     if (mode == ResourceLoadMode::kFindLoaded) return ::GetModuleHandleW(path);
+    if (mode != ResourceLoadMode::kLoad) return nullptr;
     const QuietLoadErrors quiet;
     return ::LoadLibraryW(path);
 }
@@ -52,7 +53,7 @@ DWORD ARVMUI_CALLBACK AcceptResourceLibrary(const wchar_t* locale, void* context
         load.error = ERROR_CANCELLED;
         return 1;
     }
-    wchar_t path[kMaxPathChars];
+    PathBuffer<wchar_t> path;
     if (!load.format.Format(locale, path)) return 0;
     load.library = OpenLibrary(path, load.mode);
     if (!load.library) return 0;

@@ -1,7 +1,6 @@
 #include "resources/resource_path.h"
 
 #include "foundation/heap.h"
-#include "foundation/text_calls.h"
 
 namespace arvmui
 {
@@ -12,11 +11,9 @@ constexpr DWORD kResourceFolderChars = 10;  // "\resource\" between the module's
 constexpr DWORD kPlaceholderChars = 2;      // "%s"
 
 template <typename Char>
-Char* SplitModulePathAs(HMODULE module, Char* path) noexcept
+Char* SplitModulePathAs(HMODULE module, PathBuffer<Char>& path) noexcept
 {
-    const DWORD length = TextCalls<Char>::ModuleFileName(module, path, kMaxPathChars);
-    // A path that was cut fails too: its last folder would be another one.
-    if (length == 0 || length >= kMaxPathChars) return nullptr;
+    if (!GetModulePath(module, path)) return nullptr;
 
     const Char* const backslash = TextCalls<Char>::FindLast(path, '\\');
     if (!backslash)
@@ -29,32 +26,34 @@ Char* SplitModulePathAs(HMODULE module, Char* path) noexcept
     return path + folderLength + 1;
 }
 
+// -1 when the format does not fit, which is then cut.
+template <typename Char>
+int FormatPathFormat(const Char* folder, Char* moduleName, const Char* fileName, Char* buffer, DWORD capacity) noexcept
+{
+    if (fileName)
+        return FormatFixed<Char>(buffer, capacity, ARVMUI_TEXT(Char, "%s\\resource\\%%s\\%s"), folder, fileName);
+
+    const Char* const dot = TextCalls<Char>::FindLast(moduleName, '.');
+    if (dot) moduleName[dot - moduleName] = Char{};
+    return FormatFixed<Char>(buffer, capacity, ARVMUI_TEXT(Char, "%s\\resource\\%%s\\%.6sUI.DLL"), folder, moduleName);
+}
+
 template <typename Char>
 DWORD WritePathFormatAs(
     HMODULE module, const Char* fileName, Char* buffer, DWORD capacity, DWORD* localeOffset) noexcept
 {
-    if (!buffer || capacity == 0 || (fileName && IsIntegerIdentifier(fileName)))
+    if ((!buffer && capacity != 0) || (fileName && IsIntegerIdentifier(fileName)))
     {
         ::SetLastError(ERROR_INVALID_PARAMETER);
         return 0;
     }
+    if (capacity != 0) buffer[0] = Char{};
 
-    Char folder[kMaxPathChars];
+    PathBuffer<Char> folder;
     Char* const moduleName = SplitModulePathAs(module, folder);
     if (!moduleName) return 0;
 
-    int length = 0;
-    if (fileName)
-    {
-        length = FormatFixed<Char>(buffer, capacity, ARVMUI_TEXT(Char, "%s\\resource\\%%s\\%s"), folder, fileName);
-    }
-    else
-    {
-        const Char* const dot = TextCalls<Char>::FindLast(moduleName, '.');
-        if (dot) moduleName[dot - moduleName] = Char{};
-        length =
-            FormatFixed<Char>(buffer, capacity, ARVMUI_TEXT(Char, "%s\\resource\\%%s\\%.6sUI.DLL"), folder, moduleName);
-    }
+    const int length = capacity != 0 ? FormatPathFormat(folder, moduleName, fileName, buffer, capacity) : -1;
     if (length < 0)
     {
         ::SetLastError(ERROR_BUFFER_OVERFLOW);
@@ -77,12 +76,12 @@ DWORD WritePathFormat(HMODULE module, const char* fileName, char* buffer, DWORD 
     return WritePathFormatAs(module, fileName, buffer, capacity, localeOffset);
 }
 
-wchar_t* SplitModulePath(HMODULE module, wchar_t* path) noexcept
+wchar_t* SplitModulePath(HMODULE module, PathBuffer<wchar_t>& path) noexcept
 {
     return SplitModulePathAs(module, path);
 }
 
-char* SplitModulePath(HMODULE module, char* path) noexcept
+char* SplitModulePath(HMODULE module, PathBuffer<char>& path) noexcept
 {
     return SplitModulePathAs(module, path);
 }
@@ -95,7 +94,7 @@ const Char* ResourcePathFormat<Char>::FileName() const noexcept
 }
 
 template <typename Char>
-bool ResourcePathFormat<Char>::Format(const Char* locale, Char (&path)[kMaxPathChars]) const noexcept
+bool ResourcePathFormat<Char>::Format(const Char* locale, PathBuffer<Char>& path) const noexcept
 {
     const Char* const rest = text_ + localeOffset_ + kPlaceholderChars;
     size_t length = 0;

@@ -3,12 +3,10 @@
 // and the format is never handed to a printf function.
 #pragma once
 
-#include "arvmui.h"
+#include "foundation/paths.h"
 
 namespace arvmui
 {
-
-constexpr DWORD kMaxPathChars = 260;  // terminator included
 
 // Writes the path format of `module` (null: the program) into `buffer`; see
 // ARVMUI_GetResourceFileFormatW for the arguments, the result and the last-error codes.
@@ -17,10 +15,10 @@ DWORD WritePathFormat(
     HMODULE module, const wchar_t* fileName, wchar_t* buffer, DWORD capacity, DWORD* localeOffset) noexcept;
 DWORD WritePathFormat(HMODULE module, const char* fileName, char* buffer, DWORD capacity, DWORD* localeOffset) noexcept;
 
-// Splits a module's path: `path` (kMaxPathChars) receives the folder without its last backslash, the
-// result is the file name behind it, in the same buffer; null with the last error set on failure.
-wchar_t* SplitModulePath(HMODULE module, wchar_t* path) noexcept;
-char* SplitModulePath(HMODULE module, char* path) noexcept;
+// Splits a module's path: `path` receives the folder without its last backslash, the result is the
+// file name behind it, in the same buffer; null with the last error set on failure.
+wchar_t* SplitModulePath(HMODULE module, PathBuffer<wchar_t>& path) noexcept;
+char* SplitModulePath(HMODULE module, PathBuffer<char>& path) noexcept;
 
 template <typename Char>
 class ResourcePathFormat
@@ -37,10 +35,10 @@ public:
     const Char* FileName() const noexcept;
 
     // Writes the path of a locale, cut at kMaxPathChars and terminated; whether all of it fits.
-    bool Format(const Char* locale, Char (&path)[kMaxPathChars]) const noexcept;
+    bool Format(const Char* locale, PathBuffer<Char>& path) const noexcept;
 
 private:
-    Char text_[kMaxPathChars] = {};
+    PathBuffer<Char> text_ = {};
     DWORD length_ = 0;
     DWORD localeOffset_ = 0;  // of "%s": localeOffset_ + 2 <= length_ once built
 };

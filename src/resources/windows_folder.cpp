@@ -1,6 +1,6 @@
 #include "resources/windows_folder.h"
 
-#include "foundation/text_calls.h"
+#include "foundation/paths.h"
 
 #include <atomic>
 
@@ -9,11 +9,9 @@ namespace arvmui
 namespace
 {
 
-constexpr DWORD kFolderChars = MAX_PATH;  // terminator included
-
 // Empty until the variable has been read. The first character is stored last, so that a thread
 // which sees it sees the whole text.
-constinit wchar_t g_windowsFolder[kFolderChars] = {};
+constinit PathBuffer<wchar_t> g_windowsFolder = {};
 
 // Null when the environment names no folder; it is asked again next time.
 const wchar_t* WindowsFolder() noexcept
@@ -21,9 +19,9 @@ const wchar_t* WindowsFolder() noexcept
     std::atomic_ref<wchar_t> first(g_windowsFolder[0]);
     if (first.load(std::memory_order_acquire) != L'\0') return g_windowsFolder;
 
-    wchar_t folder[kFolderChars];
-    const DWORD length = ::GetEnvironmentVariableW(L"windir", folder, kFolderChars);
-    if (length == 0 || length >= kFolderChars) return nullptr;
+    PathBuffer<wchar_t> folder;
+    const DWORD length = ::GetEnvironmentVariableW(L"windir", folder, kMaxPathChars);
+    if (length == 0 || length >= kMaxPathChars) return nullptr;
     std::wmemcpy(g_windowsFolder + 1, folder + 1, length);  // with the terminator
     first.store(folder[0], std::memory_order_release);
     return g_windowsFolder;

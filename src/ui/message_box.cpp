@@ -55,6 +55,7 @@ void TranslateBox(HWND box, const MessageBoxFrame& frame) noexcept
 {
     // A box that was created through the narrow path has lost what the ANSI code page cannot hold.
     if (!::IsWindowUnicode(box) && !IsIntegerIdentifier(frame.caption))
+        // Ignored: the box then keeps the caption that it has.
         ::DefWindowProcW(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(frame.caption));
     if (Descriptor().resourceLibrary) ::EnumChildWindows(box, TranslateButton, reinterpret_cast<LPARAM>(&frame));
 }
@@ -90,8 +91,9 @@ int ARVMUI_CALL ARVMUI_MessageBoxW(HWND owner, const WCHAR* text, const WCHAR* c
     SetThreadValue(descriptor, &frame);
     const int result = ::MessageBoxW(owner, text, caption, type);
     const LastErrorKeeper keep;
+    // Ignored in what follows: without a slot there is nothing to put back, and a hook that is gone
+    // needs no removal.
     SetThreadValue(descriptor, outer);
-    // Ignored: a hook that is gone already needs no removal.
     if (isOutermost && hook) ::UnhookWindowsHookEx(hook);
     return result;
 }

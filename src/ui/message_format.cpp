@@ -50,7 +50,7 @@ DWORD ARVMUI_CALLBACK AcceptMessageLanguage(const wchar_t* locale, void* context
 {
     FormatRequest<Char>& request = *static_cast<FormatRequest<Char>*>(context);
     if (!locale) return 0;
-    wchar_t path[kMaxPathChars];
+    PathBuffer<wchar_t> path;
     if (!request.format.Format(locale, path)) return 0;
     const UniqueLibrary library(::LoadLibraryExW(path, nullptr, LOAD_LIBRARY_AS_DATAFILE));
     if (!library) return 0;
