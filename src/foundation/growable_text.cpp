@@ -3,6 +3,8 @@
 #include "foundation/heap.h"
 #include "foundation/text_calls.h"
 
+#include <cerrno>
+
 namespace arvmui
 {
 namespace
@@ -51,14 +53,14 @@ int AppendFormatVAs(Char** text, int position, const Char* format, va_list argum
         guess = NextFormatGuess(guess);
         if (!GrowTextAs(text, start + guess)) return -1;
 
+        errno = 0;
         va_list copy;  // every attempt reads the arguments from the first one on
         va_copy(copy, arguments);
         const int length = TextCalls<Char>::FormatV(*text + start, guess, _TRUNCATE, format, copy);
         va_end(copy);
         if (length >= 0) return length;
 
-        // Text that was not cut failed for another reason, which no amount of room mends.
-        if (TextCalls<Char>::LengthN(*text + start, guess) + 1 < guess) return -1;
+        if (errno == EILSEQ) return -1;  // not cut but inconvertible, which no amount of room mends
     }
 }
 

@@ -3,6 +3,7 @@
 #include "foundation/growable_text.h"
 #include "foundation/text.h"
 
+#include <algorithm>
 #include <cwchar>
 
 namespace arvmui
@@ -11,7 +12,10 @@ namespace
 {
 
 constexpr size_t kMaxFlags = 5;
-constexpr size_t kMaxDigits = 3;  // a width or precision of 999 is more than any message needs
+constexpr size_t kMaxDigits = 3;  // of a width or precision
+// More than any error code has. Some runtime libraries write beyond their own buffers where a number
+// is much wider.
+constexpr unsigned long kMaxNumberField = 20;
 constexpr size_t kMaxPlaceholderChars = 2 + kMaxFlags + 2 * kMaxDigits + 1;  // "%" flags width "." precision type
 
 // One placeholder, taken apart and put together again without its size prefix.
@@ -70,6 +74,13 @@ size_t CountDigits(const wchar_t* text) noexcept
     return count;
 }
 
+unsigned long NumberOf(const wchar_t* digits, size_t count) noexcept
+{
+    unsigned long number = 0;
+    for (size_t i = 0; i < count; ++i) number = number * 10 + static_cast<unsigned long>(digits[i] - L'0');
+    return number;
+}
+
 // Takes apart the placeholder at `percent`; FALSE when it is none that an argument could fill.
 bool ParsePlaceholder(const wchar_t* percent, Placeholder& placeholder) noexcept
 {
@@ -78,6 +89,7 @@ bool ParsePlaceholder(const wchar_t* percent, Placeholder& placeholder) noexcept
     p += flags;
     const size_t width = CountDigits(p);
     p += width;
+    const wchar_t* const widthEnd = p;
     size_t precision = 0;
     if (*p == L'.')
     {
@@ -86,11 +98,13 @@ bool ParsePlaceholder(const wchar_t* percent, Placeholder& placeholder) noexcept
     }
     if (flags > kMaxFlags || width > kMaxDigits || precision > kMaxDigits) return false;
 
+    const unsigned long field = std::max(NumberOf(widthEnd - width, width), NumberOf(p - precision, precision));
+
     const size_t common = static_cast<size_t>(p - percent);
     const wchar_t sizePrefix = *p == L'l' || *p == L'w' ? *p++ : L'\0';
     placeholder.takesText = *p == L's';
     if (*p == L'\0' || !std::wcschr(L"sudixXo", *p)) return false;
-    if (sizePrefix == L'w' && !placeholder.takesText) return false;
+    if (!placeholder.takesText && (sizePrefix == L'w' || field > kMaxNumberField)) return false;
 
     std::wmemcpy(placeholder.format, percent, common);
     placeholder.format[common] = *p;
