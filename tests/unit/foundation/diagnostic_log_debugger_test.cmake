@@ -1,0 +1,1 @@
+set(diagnostic_log_debugger_test_OPTIONS RESOURCE_LOCK debug_listener)

@@ -1,0 +1,1 @@
+set(out_of_memory_box_test_OPTIONS LABELS window)
