@@ -94,6 +94,7 @@ function(_arvmui_add_googletest name kind)
     gtest_discover_tests(${name}
         TEST_PREFIX "${name}."
         TEST_LIST ${name}_TESTS
+        NO_PRETTY_VALUES
         WORKING_DIRECTORY "${ARVMUI_TEST_BIN_DIR}"
         DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60
