@@ -326,8 +326,8 @@ TEST_P(Translation, OnlyOkCancelAndHelpHaveNoAccessKey)
 {
     for (UINT button = ARVMUI_STRING_BUTTON_OK; button <= ARVMUI_STRING_BUTTON_CONTINUE; ++button)
     {
-        const bool plain = button == ARVMUI_STRING_BUTTON_OK || button == ARVMUI_STRING_BUTTON_CANCEL ||
-                           button == ARVMUI_STRING_BUTTON_HELP;
+        const bool plain = button == ARVMUI_STRING_BUTTON_OK || button == ARVMUI_STRING_BUTTON_CANCEL
+                           || button == ARVMUI_STRING_BUTTON_HELP;
         EXPECT_EQ(AccessKey(Load(button)) == 0, plain) << "string " << button;
     }
 }
