@@ -151,7 +151,8 @@ bool PrintSystemError(const Texts& texts, DWORD error)
     wchar_t* message = nullptr;
     if (ARVMUI_FormatMessageW(
             FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
-            0, reinterpret_cast<LPWSTR>(&message), 0, nullptr) == 0)
+            0, reinterpret_cast<LPWSTR>(&message), 0, nullptr)
+        == 0)
         return false;
 
     std::wstring text = message;
@@ -167,17 +168,10 @@ int ShowBox(const Texts& texts)
         texts.Get(TEXT_ID_BOX_CAPTION).c_str(), MB_YESNOCANCEL | MB_ICONQUESTION);
     switch (answer)
     {
-    case IDYES:
-        PrintLine(texts.Get(TEXT_ID_ANSWER_YES));
-        return kDone;
-    case IDNO:
-        PrintLine(texts.Get(TEXT_ID_ANSWER_NO));
-        return kDone;
-    case IDCANCEL:
-        PrintLine(texts.Get(TEXT_ID_ANSWER_CANCEL));
-        return kDone;
-    default:
-        return kFailed;  // no box could be shown
+        case IDYES: PrintLine(texts.Get(TEXT_ID_ANSWER_YES)); return kDone;
+        case IDNO: PrintLine(texts.Get(TEXT_ID_ANSWER_NO)); return kDone;
+        case IDCANCEL: PrintLine(texts.Get(TEXT_ID_ANSWER_CANCEL)); return kDone;
+        default: return kFailed;  // no box could be shown
     }
 }
 
