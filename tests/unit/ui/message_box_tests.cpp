@@ -435,8 +435,9 @@ TEST_F(MessageBoxWindow, AHundredBoxesLeaveNoGraphicsObjectsBehind)
     const size_t before = arvmui_test::CountGdiObjects();
     ASSERT_GT(before, size_t{0});
     for (int i = 0; i < 100; ++i) ASSERT_EQ(ShowTranslated(MB_YESNO).buttons.size(), size_t{2});
-    // The system itself keeps one or the other object for the next box, but not one for each.
-    EXPECT_LT(arvmui_test::CountGdiObjects(), before + 10);
+    // The system itself keeps some objects for the next box, more of them on a busy machine, but not
+    // one for each.
+    EXPECT_LT(arvmui_test::CountGdiObjects(), before + 50);
 }
 
 }  // namespace
