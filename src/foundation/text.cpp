@@ -1,8 +1,9 @@
 #include "foundation/text.h"
 
+#include "foundation/plain_characters.h"
+
 #include <cstring>
 #include <cwchar>
-#include <cwctype>
 
 namespace arvmui
 {
@@ -104,11 +105,6 @@ BOOL IsFileNameChar(wchar_t character) noexcept
     }
 }
 
-bool IsAsciiSpace(wchar_t character) noexcept
-{
-    return character < 128 && std::iswctype(character, _SPACE) != 0;
-}
-
 const wchar_t* SkipSpace(const wchar_t* text) noexcept
 {
     while (IsAsciiSpace(*text)) ++text;
@@ -133,6 +129,26 @@ int CompareTextNoCase(const wchar_t* left, const wchar_t* right) noexcept
 int CompareTextNoCase(const char* left, const char* right) noexcept
 {
     return ToOrder(::CompareStringA(kFixedLocale, kIgnoreCase, left, kWhole, right, kWhole));
+}
+
+bool EqualsNoCase(const wchar_t* left, const wchar_t* right) noexcept
+{
+    bool same = true;
+    size_t i = 0;
+    for (; left[i] != L'\0' && right[i] != L'\0'; ++i)
+    {
+        const char plainLeft = PlainCharacter(left[i]);
+        const char plainRight = PlainCharacter(right[i]);
+        if (plainLeft == '\0' || plainRight == '\0') return CompareTextNoCase(left, right) == 0;
+        same = same && plainLeft == plainRight;
+    }
+    // What is left of the longer text could still be nothing to the system.
+    for (const wchar_t* rest = left[i] != L'\0' ? left + i : right + i; *rest != L'\0'; ++rest)
+    {
+        if (PlainCharacter(*rest) == '\0') return CompareTextNoCase(left, right) == 0;
+        same = false;
+    }
+    return same;
 }
 
 int CompareTextN(const wchar_t* left, const wchar_t* right, size_t count) noexcept

@@ -27,7 +27,10 @@ BOOL IsLatinText(const wchar_t* text, ptrdiff_t count) noexcept;
 BOOL IsFileNameChar(wchar_t character) noexcept;
 
 // White space of command lines and lists: ASCII only, whatever the runtime library's tables say.
-bool IsAsciiSpace(wchar_t character) noexcept;
+constexpr bool IsAsciiSpace(wchar_t character) noexcept
+{
+    return character == L' ' || (character >= L'\t' && character <= L'\r');
+}
 const wchar_t* SkipSpace(const wchar_t* text) noexcept;
 
 // Whether the text is "." or "..", the names of a folder itself and of the one above it.
@@ -42,6 +45,10 @@ int CompareText(const wchar_t* left, const wchar_t* right) noexcept;
 int CompareText(const char* left, const char* right) noexcept;
 int CompareTextNoCase(const wchar_t* left, const wchar_t* right) noexcept;
 int CompareTextNoCase(const char* left, const char* right) noexcept;
+
+// Whether CompareTextNoCase finds both alike. Plain words of ASCII letters, digits, blanks, '-', '_'
+// and '.' are told without asking the system, which gives the same answer about them.
+bool EqualsNoCase(const wchar_t* left, const wchar_t* right) noexcept;
 
 // Deliberate: the wide forms compare `count` characters of both sides whatever they hold, so both
 // must be that long; the narrow forms stop each side at its terminator.
