@@ -359,6 +359,69 @@ ARVMUI_API int ARVMUI_CALL ARVMUI_GetCommandLineOptionW(WCHAR* buffer, DWORD siz
 /** As ARVMUI_GetCommandLineOptionW in the ANSI code page; size and result count bytes. */
 ARVMUI_API int ARVMUI_CALL ARVMUI_GetCommandLineOptionA(char* buffer, DWORD size);
 
+/* ---- Text and settings files ------------------------------------------------------------------ */
+
+/**
+ * Reads a translated text file whole, from the first locale folder of a module that has it. It is
+ * decoded in the ANSI code page of the language of the library's own resources for the same list;
+ * what cannot be decoded becomes U+FFFD, and NUL a blank. Nothing else is changed: line ends stay,
+ * and no byte-order mark is looked for.
+ * @param module   module whose folder is meant; NULL for the program.
+ * @param fileName file name in the locale folder; not NULL unless the module's own resource file is
+ *                 meant.
+ * @param locales  locale list (see the head of this file).
+ * @param text     receives the text, terminated; the caller's, freed with ARVMUI_free. May be NULL.
+ *                 Not written on failure.
+ * @return TRUE when the file was read. A read error in its middle only ends the text.
+ * @lasterror those of ARVMUI_GetResourceFileNameW, and the system's where the file cannot be opened.
+ * @threads any.
+ */
+ARVMUI_API BOOL ARVMUI_CALL ARVMUI_ReadTextFileW(
+    HMODULE module, const WCHAR* fileName, const WCHAR* locales, WCHAR** text);
+
+/**
+ * Tells the code page of an encoding by the name that people write: "UTF-8", "Shift_JIS", "cp1252",
+ * "windows-1251" or a bare number, upper and lower case alike.
+ * @param name encoding name; NULL counts as unknown.
+ * @return the code page; 0, which is the ANSI code page, for an unknown name and for those names
+ *         that stand for it ("US-ASCII", "ISO8859_1").
+ * @lasterror not set.
+ * @threads any.
+ */
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_TextEncodingToCodePageW(const WCHAR* name);
+
+/** As ARVMUI_TextEncodingToCodePageW in the ANSI code page. */
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_TextEncodingToCodePageA(const char* name);
+
+/**
+ * Reads a value, the keys of a section or the sections of a settings file, as
+ * GetPrivateProfileStringW does, but decoded as the file itself declares: from the line behind the
+ * key "InputEncoding" of its section "Encoding" on, and in the ANSI code page before. Nothing is
+ * kept between calls.
+ * @param section      section; NULL lists the sections; a pointer of all ones means any section.
+ * @param key          key; NULL lists the keys of the section.
+ * @param defaultValue result where there is no value, without trailing white space; may be NULL;
+ *                     used only where both section and key are given.
+ * @param buffer       receives the value, or the names one behind the other, each terminated, with
+ *                     an empty one at the end; filled with NULs; the caller's.
+ * @param size         characters in buffer, terminators included; at least 1.
+ * @param fileName     path of the file, used as it stands.
+ * @return characters stored, the last terminator excluded. Where the buffer is too small: size - 1
+ *         for a value, which is cut, and size - 2 for a list.
+ * @lasterror the system's where the file cannot be opened.
+ * @threads any.
+ */
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetPrivateProfileStringW(const WCHAR* section, const WCHAR* key,
+    const WCHAR* defaultValue, WCHAR* buffer, DWORD size, const WCHAR* fileName);
+
+/**
+ * As ARVMUI_GetPrivateProfileStringW with the file's name in the ANSI code page, and all other text
+ * in the code page that the file declares: a UTF-8 file is asked for, and answers, in UTF-8. Sizes
+ * count bytes. A value that does not fit is not stored at all.
+ */
+ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetPrivateProfileStringA(
+    const char* section, const char* key, const char* defaultValue, char* buffer, DWORD size, const char* fileName);
+
 /* ---- Messages -------------------------------------------------------------------------------- */
 
 /**

@@ -1,10 +1,11 @@
+#include "cmdline/file_hints.h"
 #include "cmdline/tokens.h"
 #include "foundation/code_page.h"
 #include "foundation/text_calls.h"
 #include "resources/process_state.h"
 
 // The option "/uilocale:": taking it off command lines and argument vectors, and writing it for a
-// child process.
+// child process. Files on a command line are looked at on the way.
 
 namespace arvmui
 {
@@ -36,6 +37,7 @@ void RemoveLocaleOptions(wchar_t* line) noexcept
         if (NextCommandLineToken(cursor, token, kTokenChars, &next) == 0) return;
         if (token[0] != L'/' || !StartsAsLocaleOption<wchar_t>(token))
         {
+            if (token[0] != L'/' && IsDataFile(token)) RecordFileHints(token);
             cursor += next - cursor;
             continue;
         }
