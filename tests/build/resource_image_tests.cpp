@@ -24,7 +24,8 @@ std::vector<std::filesystem::path> ResourceLibraries()
 {
     std::vector<std::filesystem::path> files;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(kResourceFolder))
-        if (entry.is_regular_file()) files.push_back(entry.path());
+        // Text files may lie beside the libraries.
+        if (entry.is_regular_file() && entry.path().extension() != L".txt") files.push_back(entry.path());
     return files;
 }
 
