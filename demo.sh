@@ -93,6 +93,19 @@ show "The command line counts for more than the registry" \
     1 "$german" hello.exe /uilocale:de
 remove_setting
 
+# A file like any program's, which happens to name a language.
+settings_file=$(mktemp)
+arvmui_at_exit "rm -f '$settings_file'"
+printf '[Program]\r\nUILocale = ja\r\n' >"$settings_file"
+show "A settings file on the command line asks for Japanese" \
+    1 "$japanese" hello.exe "Z:$settings_file"
+show "A translated text file, stored in the code page of its language (932), read as Unicode" \
+    1 "$japanese" hello.exe /uilocale:ja /text
+if ! printf '%s\n' "$output" | grep -qF 'Unicode を受け取ります'; then
+    arvmui_say "FAILED: expected the text file in Japanese"
+    failed=1
+fi
+
 show "The parent is told to speak Spanish; its child is told nothing and speaks Spanish too" \
     2 "$spanish" hello.exe /uilocale:es /child
 show "A message box with German buttons on an English system, answered by a helper program" \

@@ -1,7 +1,7 @@
 /*
  * A program that greets in the language of its user and shows how that language was found.
  *
- *   hello [/uilocale:<list>] [/child] [/box]
+ *   hello [/uilocale:<list>] [<settings file>] [/text] [/child] [/box]
  *
  * It has no text of its own: all of it lies in resource\<locale>\helloUI.DLL beside the program,
  * one file for each language, and ARVMUI picks the file.
@@ -30,6 +30,7 @@ enum ExitCode : int
 
 struct Options
 {
+    bool showText = false;
     bool startChild = false;
     bool showBox = false;
     bool showUsage = false;
@@ -90,14 +91,17 @@ Options ReadOptions(int argc, wchar_t** argv)
     for (int i = 1; i < argc; ++i)
     {
         const std::wstring_view argument = argv[i];
-        if (argument == L"/child")
+        if (argument == L"/text")
+            options.showText = true;
+        else if (argument == L"/child")
             options.startChild = true;
         else if (argument == L"/box")
             options.showBox = true;
         else if (argument == L"/?")
             options.showUsage = true;
-        else if (options.unknownSwitch.empty())
+        else if (argument.starts_with(L'/') && options.unknownSwitch.empty())
             options.unknownSwitch = argument;
+        // Anything else is a settings file, in which ARVMUI has looked for a list of locales already.
     }
     return options;
 }
@@ -159,6 +163,18 @@ bool PrintSystemError(const Texts& texts, DWORD error)
     ::LocalFree(message);
     text.erase(text.find_last_not_of(L"\r\n ") + 1);  // the system's messages end with a line break
     PrintLine(texts.Fill(TEXT_ID_SYSTEM_ERROR, std::to_wstring(error), text));
+    return true;
+}
+
+/** Prints a text file that lies beside the program's texts, in the code page of its language. */
+bool PrintTextFile()
+{
+    wchar_t* content = nullptr;
+    if (!ARVMUI_ReadTextFileW(nullptr, L"hello.txt", nullptr, &content)) return false;
+    std::wstring text = content;
+    ARVMUI_free(content);
+    text.erase(text.find_last_not_of(L"\r\n") + 1);
+    PrintLine(text);
     return true;
 }
 
@@ -231,6 +247,8 @@ extern "C" int wmain(int argc, wchar_t** argv)
     PrintLocaleInUse(texts);
     if (!PrintCandidates(texts)) return kFailed;
     if (!PrintSystemError(texts, ERROR_FILE_NOT_FOUND)) return kFailed;
+
+    if (options.showText && !PrintTextFile()) return kFailed;
 
     int exitCode = kDone;
     if (options.showBox) exitCode = ShowBox(texts);
