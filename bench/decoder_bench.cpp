@@ -21,7 +21,7 @@ std::string Repeat(const char* text)
     return result;
 }
 
-// As the reader does it: what is known at once, the rest one by one.
+// As the reader does it with text that is all well-formed: what is known at once, the rest one by one.
 size_t Decode(arvmui::CharacterDecoder& decoder, const std::string& text, std::vector<wchar_t>& units)
 {
     const BYTE* const bytes = reinterpret_cast<const BYTE*>(text.data());

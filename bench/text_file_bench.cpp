@@ -7,8 +7,10 @@
 
 #include <arvmui.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <cwchar>
 #include <string>
 #include <vector>
 

@@ -5,8 +5,8 @@
  * resources lie, and how translated text reaches the user. Valid C89 to C++20, with and without
  * UNICODE.
  *
- * Text. Every function with text comes as a W form (UTF-16) and an A form (the system's ANSI code
- * page). Buffer sizes count elements, characters for W and bytes for A, terminator included;
+ * Text. Functions with text come as a W form (UTF-16) and an A form (the system's ANSI code page),
+ * ARVMUI_ReadTextFileW as a W form only. Buffer sizes count elements, characters for W and bytes for A, terminator included;
  * lengths returned exclude the terminator.
  *
  * Locale lists. Where a function takes a list of locales it accepts
@@ -304,7 +304,9 @@ ARVMUI_API BOOL ARVMUI_CALL ARVMUI_GetResourceHandleA(
 
 /**
  * Removes every option "/uilocale:" from a command line, in place. The first value becomes the
- * locale list of the process if it has none yet. The library does this itself to the process's
+ * locale list of the process if it has none yet. The first file named on the line, programs (".exe")
+ * apart, is asked for the key "UILocale" in any section, which "kiv" then stands for; where it lies
+ * in the browser's cache, "msie" stands for the browser's languages. The library does this itself to the process's
  * command line when it is loaded.
  * @param commandLine text, terminated; the caller's; it only gets shorter.
  * @return TRUE.
@@ -374,7 +376,8 @@ ARVMUI_API int ARVMUI_CALL ARVMUI_GetCommandLineOptionA(char* buffer, DWORD size
  *                 Not written on failure.
  * @return TRUE when the file was read. A read error in its middle only ends the text.
  * @lasterror those of ARVMUI_GetResourceFileNameW, and the system's where the file cannot be opened.
- * @threads any.
+ * @threads any. While message popups are on, shows a message box when the file is not found, and
+ *          when the library has no resources of its own for the list.
  */
 ARVMUI_API BOOL ARVMUI_CALL ARVMUI_ReadTextFileW(
     HMODULE module, const WCHAR* fileName, const WCHAR* locales, WCHAR** text);
@@ -394,10 +397,15 @@ ARVMUI_API DWORD ARVMUI_CALL ARVMUI_TextEncodingToCodePageW(const WCHAR* name);
 ARVMUI_API DWORD ARVMUI_CALL ARVMUI_TextEncodingToCodePageA(const char* name);
 
 /**
- * Reads a value, the keys of a section or the sections of a settings file, as
+ * Reads a value, the keys of a section or the sections of a settings file, much as
  * GetPrivateProfileStringW does, but decoded as the file itself declares: from the line behind the
- * key "InputEncoding" of its section "Encoding" on, and in the ANSI code page before. Nothing is
- * kept between calls.
+ * key "InputEncoding" of its section "Encoding" on, and in the ANSI code page before. Also:
+ *  - only the first section of a name counts, and blanks inside the brackets belong to the name;
+ *  - a value may stand in quotes or apostrophes; two of them in it stand for one;
+ *  - two malformed lines are passed over, the third ends the search; so does the wanted key when it
+ *    has no value;
+ *  - 270 characters of a name or value are kept;
+ *  - no other folder is searched, and nothing is kept between calls.
  * @param section      section; NULL lists the sections; a pointer of all ones means any section.
  * @param key          key; NULL lists the keys of the section.
  * @param defaultValue result where there is no value, without trailing white space; may be NULL;
@@ -407,7 +415,8 @@ ARVMUI_API DWORD ARVMUI_CALL ARVMUI_TextEncodingToCodePageA(const char* name);
  * @param size         characters in buffer, terminators included; at least 1.
  * @param fileName     path of the file, used as it stands.
  * @return characters stored, the last terminator excluded. Where the buffer is too small: size - 1
- *         for a value, which is cut, and size - 2 for a list.
+ *         for a value, which is cut; size - 2 for a list, of which keys that fit are stored and
+ *         sections not.
  * @lasterror the system's where the file cannot be opened.
  * @threads any.
  */
@@ -417,7 +426,8 @@ ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetPrivateProfileStringW(const WCHAR* sectio
 /**
  * As ARVMUI_GetPrivateProfileStringW with the file's name in the ANSI code page, and all other text
  * in the code page that the file declares: a UTF-8 file is asked for, and answers, in UTF-8. Sizes
- * count bytes. A value that does not fit is not stored at all.
+ * count bytes. A value that does not fit is not stored at all; a section or key that does not exist
+ * in that code page gives the default.
  */
 ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetPrivateProfileStringA(
     const char* section, const char* key, const char* defaultValue, char* buffer, DWORD size, const char* fileName);

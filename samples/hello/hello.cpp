@@ -101,7 +101,7 @@ Options ReadOptions(int argc, wchar_t** argv)
             options.showUsage = true;
         else if (argument.starts_with(L'/') && options.unknownSwitch.empty())
             options.unknownSwitch = argument;
-        // Anything else is a settings file, in which ARVMUI has looked for a list of locales already.
+        // Anything else is a file, and in the first one ARVMUI has looked for a list of locales already.
     }
     return options;
 }

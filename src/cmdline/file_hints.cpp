@@ -1,5 +1,6 @@
 #include "cmdline/file_hints.h"
 
+#include "foundation/handles.h"
 #include "foundation/system_functions.h"
 #include "foundation/text.h"
 #include "locale/registry_store.h"
@@ -12,7 +13,6 @@ namespace arvmui
 namespace
 {
 
-constexpr wchar_t kNothingFound[] = L"\t";  // marks a slot that has been looked at
 constexpr int kInternetCacheFolder = 0x20;  // CSIDL_INTERNET_CACHE
 
 bool IsEmpty(LocaleHintSlot slot) noexcept
@@ -37,13 +37,23 @@ bool LiesInBrowserCache(const wchar_t* path) noexcept
     return HasPrefixNoCase(path, folder, length) && path[length] == L'\\';
 }
 
+// Devices have names that look like files'; reading one could wait for ever, and at attach the whole
+// process with it.
+bool IsOnDisk(const wchar_t* path) noexcept
+{
+    UniqueFile file(::CreateFileW(path, FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return file && ::GetFileType(file.Get()) == FILE_TYPE_DISK;
+}
+
 void RecordSettingsFile(const wchar_t* path) noexcept
 {
     const WCHAR* const anySection = reinterpret_cast<const WCHAR*>(~ULONG_PTR{0});
     wchar_t list[ARVMUI_HINT_CHARS];
-    const DWORD length =
-        ARVMUI_GetPrivateProfileStringW(anySection, L"UILocale", nullptr, list, ARVMUI_HINT_CHARS, path);
-    SetLocaleHint(Descriptor(), HINT_SETTINGS_FILE, length != 0 ? list : kNothingFound);
+    const bool found =
+        IsOnDisk(path)
+        && ARVMUI_GetPrivateProfileStringW(anySection, L"UILocale", nullptr, list, ARVMUI_HINT_CHARS, path) != 0;
+    SetLocaleHint(Descriptor(), HINT_SETTINGS_FILE, found ? list : kNothingFound);
 }
 
 void RecordBrowserLanguages() noexcept
@@ -57,6 +67,7 @@ void RecordBrowserLanguages() noexcept
 
 bool IsDataFile(const wchar_t* path) noexcept
 {
+    const QuietSystemErrors quiet;  // an argument may name a drive without a disk
     if (::GetFileAttributesW(path) == INVALID_FILE_ATTRIBUTES) return false;
     const wchar_t* const extension = std::wcsrchr(path, L'.');
     return !extension || CompareTextNoCase(extension, L".EXE") != 0;

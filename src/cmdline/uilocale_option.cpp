@@ -30,6 +30,7 @@ void KeepFirstValue(const wchar_t* value) noexcept
 
 void RemoveLocaleOptions(wchar_t* line) noexcept
 {
+    const LastErrorKeeper keep;  // an argument that names no file is no error
     wchar_t token[kTokenChars];
     for (wchar_t* cursor = line;;)
     {

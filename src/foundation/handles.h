@@ -20,23 +20,23 @@ private:
     DWORD error_;
 };
 
-// Keeps the system from showing boxes of its own about files that cannot be loaded.
-class QuietLoadErrors
+// Keeps the system from showing boxes of its own about files that cannot be loaded or reached.
+class QuietSystemErrors
 {
 public:
-    QuietLoadErrors() noexcept
+    QuietSystemErrors() noexcept
     {
         changed_ =
             ::SetThreadErrorMode(::GetThreadErrorMode() | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &previous_);
     }
-    ~QuietLoadErrors()
+    ~QuietSystemErrors()
     {
         const LastErrorKeeper keep;
         // Ignored: without the old mode the thread merely stays quiet.
         if (changed_) ::SetThreadErrorMode(previous_, nullptr);
     }
-    QuietLoadErrors(const QuietLoadErrors&) = delete;
-    QuietLoadErrors& operator=(const QuietLoadErrors&) = delete;
+    QuietSystemErrors(const QuietSystemErrors&) = delete;
+    QuietSystemErrors& operator=(const QuietSystemErrors&) = delete;
 
 private:
     DWORD previous_ = 0;
@@ -110,6 +110,13 @@ struct ViewPolicy
     static void Close(Value value) noexcept { ::UnmapViewOfFile(value); }
 };
 
+struct FilePolicy
+{
+    using Value = HANDLE;
+    static Value Invalid() noexcept { return INVALID_HANDLE_VALUE; }
+    static void Close(Value value) noexcept { ::CloseHandle(value); }
+};
+
 struct FindPolicy
 {
     using Value = HANDLE;
@@ -134,6 +141,7 @@ struct LocalMemoryPolicy
 using UniqueHandle = UniqueResource<HandlePolicy>;
 using UniqueLibrary = UniqueResource<LibraryPolicy>;
 using UniqueView = UniqueResource<ViewPolicy>;
+using UniqueFile = UniqueResource<FilePolicy>;
 using UniqueFind = UniqueResource<FindPolicy>;
 using UniqueRegKey = UniqueResource<RegKeyPolicy>;
 using UniqueLocalMemory = UniqueResource<LocalMemoryPolicy>;

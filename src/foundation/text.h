@@ -26,7 +26,7 @@ BOOL IsLatinText(const wchar_t* text, ptrdiff_t count) noexcept;
 // Whether a file name can hold the character. Deliberate: '*' and '?' pass.
 BOOL IsFileNameChar(wchar_t character) noexcept;
 
-// White space of command lines and lists: ASCII only, whatever the runtime library's tables say.
+// White space of command lines, lists and settings files: ASCII only, whatever the runtime library's tables say.
 constexpr bool IsAsciiSpace(wchar_t character) noexcept
 {
     return character == L' ' || (character >= L'\t' && character <= L'\r');

@@ -22,7 +22,6 @@ constexpr DWORD kInsideAnswer = 0x40000;
 constexpr size_t kListChars = 256;   // process list and tried list, terminators included
 constexpr size_t kAnswerChars = 64;  // answer of the user, terminator included
 constexpr wchar_t kDefaultList[] = L"kiv,user,system";
-constexpr wchar_t kNothingFound[] = L"\t";  // marks a hint slot that has been looked at
 
 enum class Keyword
 {

@@ -12,6 +12,9 @@ namespace arvmui
 // The descriptor of this process; all zero while the library is not attached.
 LibraryDescriptor& Descriptor() noexcept;
 
+// Marks a hint slot that has been looked at and gave nothing. As a list it has no items.
+inline constexpr wchar_t kNothingFound[] = L"\t";
+
 // Text of a hint slot; an empty string for a slot that does not exist.
 const wchar_t* GetLocaleHint(const LibraryDescriptor& descriptor, unsigned slot) noexcept;
 

@@ -14,7 +14,7 @@ HMODULE OpenLibrary(const wchar_t* path, ResourceLoadMode mode) noexcept
 {
     if (mode == ResourceLoadMode::kFindLoaded) return ::GetModuleHandleW(path);
     if (mode != ResourceLoadMode::kLoad) return nullptr;
-    const QuietLoadErrors quiet;
+    const QuietSystemErrors quiet;
     return ::LoadLibraryW(path);
 }
 

@@ -80,6 +80,7 @@ UINT ResolveCodePage(UINT codePage) noexcept
     {
         case CP_ACP: return ::GetACP();
         case CP_OEMCP: return ::GetOEMCP();
+        case CP_MACCP:
         case CP_THREAD_ACP:
         {
             CPINFOEXW info;

@@ -1,7 +1,7 @@
 // Decodes the bytes of a code page into UTF-16 units, a character or a run of them at a time. Knows
 // nothing of files.
 //
-// What the system says of one or two bytes is remembered, so that each of a code page's characters is
+// What the system says of one or two bytes is remembered, so that the characters of most code pages are
 // asked for once. UTF-8 is decoded by hand: the system turns the mere beginning of a character into
 // one unit, and systems differ in how many units ill-formed bytes give.
 #pragma once

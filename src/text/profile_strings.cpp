@@ -5,6 +5,7 @@
 #include "text/profile_reader.h"
 
 #include <algorithm>
+#include <climits>
 
 // Values and lists of names from settings files: what the tokens of a file mean, and how results
 // are handed back in both text widths.
@@ -151,6 +152,7 @@ public:
     // Whole characters of the file's code page only, as its reader would tell them.
     void StoreDefault(const char* text, UINT codePage) noexcept
     {
+        const LastErrorKeeper keep;  // a file that could not be opened is still to be reported
         CharacterDecoder decoder;
         decoder.SetCodePage(codePage);
         const BYTE* const bytes = reinterpret_cast<const BYTE*>(text);

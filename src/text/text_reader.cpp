@@ -9,7 +9,7 @@ bool TextReader::Open(const wchar_t* path, UINT codePage) noexcept
 {
     decoder_.SetCodePage(codePage);
     cursor_ = end_ = buffer_;
-    file_ = UniqueResource<FilePolicy>(
+    file_ = UniqueFile(
         ::CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     lastError_ = file_ ? ERROR_SUCCESS : ::GetLastError();
     return static_cast<bool>(file_);

@@ -73,14 +73,7 @@ private:
     std::uint32_t DecodeNext() noexcept;
     size_t Available() const noexcept { return static_cast<size_t>(end_ - cursor_); }
 
-    struct FilePolicy
-    {
-        using Value = HANDLE;
-        static Value Invalid() noexcept { return INVALID_HANDLE_VALUE; }
-        static void Close(Value value) noexcept { ::CloseHandle(value); }
-    };
-
-    UniqueResource<FilePolicy> file_;
+    UniqueFile file_;
     CharacterDecoder decoder_;
     const BYTE* cursor_ = buffer_;  // next byte not yet decoded: buffer_ <= cursor_ <= end_
     const BYTE* end_ = buffer_;     // behind the last byte read: end_ <= buffer_ + kBufferBytes

@@ -44,6 +44,10 @@ void ExpectUnopened(const std::filesystem::path& path, DWORD error)
     ::SetLastError(ERROR_SUCCESS);
     EXPECT_EQ(AskFile(path.string(), "s", "k", "default  "), Filled<char>(7, "default", kSize));
     EXPECT_EQ(::GetLastError(), error);
+    // Telling the characters of the default apart does not hide the error.
+    ::SetLastError(ERROR_SUCCESS);
+    EXPECT_EQ(AskFile(path.string(), "s", "k", "caf\xE9"), Filled<char>(4, "caf\xE9", kSize));
+    EXPECT_EQ(::GetLastError(), error);
     EXPECT_EQ(AskFile(path.string(), nullptr, "k", "default"), Filled<char>(0, "", kSize));
     EXPECT_EQ(AskFile(path.string(), "s", nullptr, "default"), Filled<char>(0, "", kSize));
 }

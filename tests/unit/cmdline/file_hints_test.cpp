@@ -49,6 +49,14 @@ FARPROC WINAPI FindFunction(HMODULE module, LPCSTR name)
     return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&AnswerCacheFolder));
 }
 
+bool g_everythingIsADevice = false;
+
+DWORD WINAPI AnswerFileType(HANDLE file)
+{
+    static const auto real = ARVMUI_REAL_FUNCTION(L"kernel32.dll", GetFileType);
+    return g_everythingIsADevice ? FILE_TYPE_CHAR : real(file);
+}
+
 struct Hints
 {
     std::wstring settings;
@@ -69,6 +77,7 @@ protected:
     FileHintsTest()
     {
         g_cache = CacheFolder{};
+        g_everythingIsADevice = false;
         g_cache.path = (folder_.Path() / L"Cache").wstring();
         for (unsigned slot = 0; slot < ARVMUI_HINT_COUNT; ++slot) SetSlot(slot, nullptr);
         ::GetCurrentDirectoryW(MAX_PATH, currentFolder_);
@@ -161,6 +170,26 @@ TEST_F(FileHintsTest, NameOfNoFileLeavesTheSlotsEmpty)
 {
     EXPECT_EQ(ParseName((folder_.Path() / L"missing.ini").wstring()), (Hints{L"", L""}));
     EXPECT_EQ(Parse(L"prog a|b * ?"), (Hints{L"", L""}));
+}
+
+TEST_F(FileHintsTest, LookingAtArgumentsLeavesTheLastErrorAlone)
+{
+    constexpr DWORD kMark = 4711;
+    const std::wstring file = WriteLocale(L"a.ini", "de");
+    for (const std::wstring& line : {std::wstring(L"missing.ini"), file, L"\"" + file + L"\" /uilocale:fr"})
+    {
+        std::wstring copy = line;
+        ::SetLastError(kMark);
+        ARVMUI_ParseCommandLineW(copy.data());
+        EXPECT_EQ(::GetLastError(), kMark) << std::string(line.begin(), line.end());
+    }
+}
+
+// Reading a device, such as the console, could wait for ever.
+TEST_F(FileHintsTest, DeviceIsMarkedAsLookedAtWithoutReading)
+{
+    g_everythingIsADevice = true;
+    EXPECT_EQ(ParseName(WriteLocale(L"a.ini", "ja")).settings, kNothingFound);
 }
 
 TEST_F(FileHintsTest, LongListIsCutAt255Characters)
@@ -421,3 +450,4 @@ TEST_F(BrowserHintsTest, SystemThatDoesNotKnowTheFolderHasNoCache)
 }  // namespace arvmui_test
 
 ARVMUI_REPLACE_IMPORT(GetProcAddress, &arvmui_test::FindFunction)
+ARVMUI_REPLACE_IMPORT(GetFileType, &arvmui_test::AnswerFileType)
