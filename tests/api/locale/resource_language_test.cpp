@@ -114,7 +114,7 @@ enum class Library
 struct TagCase
 {
     const char* name;
-    Library library;
+    Library libraryKind;
     DWORD capacity;
     const char* tag;
 };
@@ -148,9 +148,9 @@ TEST_P(TagOfLibrary, IsWrittenWithinTheCapacity)
 {
     const LoadedModule german(folder.Path() / L"german.dll", {{kTag, L"de-DE"}});
     const LoadedModule other(folder.Path() / L"other.dll", {{kLanguage, L"1031"}});
-    const HMODULE library = GetParam().library == Library::kGerman       ? german.Get()
-                            : GetParam().library == Library::kWithoutTag ? other.Get()
-                                                                         : nullptr;
+    const HMODULE library = GetParam().libraryKind == Library::kGerman       ? german.Get()
+                            : GetParam().libraryKind == Library::kWithoutTag ? other.Get()
+                                                                             : nullptr;
     const OwnLibrary own(library);
     ExpectTag<wchar_t>(ARVMUI_GetLocaleW, library);
     ExpectTag<wchar_t>(ARVMUI_GetLocaleW, nullptr);

@@ -71,7 +71,7 @@ namespace
 struct HostCase
 {
     const char* name;
-    std::optional<std::wstring> library;
+    std::optional<std::wstring> libraryPath;
     std::optional<std::wstring> host;
     bool wow64;
     std::map<std::wstring, std::wstring> shortPaths;
@@ -131,7 +131,7 @@ protected:
     {
         // Before the first use: the folder is asked for once in a process.
         ::SetEnvironmentVariableW(L"windir", kWindows);
-        g_libraryPath = GetParam().library;
+        g_libraryPath = GetParam().libraryPath;
         g_hostPath = GetParam().host;
         g_shortPaths = GetParam().shortPaths;
         g_wow64 = GetParam().wow64;
