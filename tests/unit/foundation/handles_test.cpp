@@ -130,12 +130,12 @@ TEST(LastErrorKeeper, RestoresTheCodeThatWasInForce)
     EXPECT_EQ(::GetLastError(), 4711u);
 }
 
-TEST(QuietLoadErrors, AddsToTheThreadsErrorModeAndRestoresIt)
+TEST(QuietSystemErrors, AddsToTheThreadsErrorModeAndRestoresIt)
 {
     DWORD before = 0;
     ASSERT_TRUE(::SetThreadErrorMode(SEM_NOGPFAULTERRORBOX, &before));
     {
-        const QuietLoadErrors quiet;
+        const QuietSystemErrors quiet;
         EXPECT_EQ(
             ::GetThreadErrorMode(), DWORD{SEM_NOGPFAULTERRORBOX | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX});
         ::SetLastError(4711);
