@@ -481,6 +481,24 @@ ARVMUI_API int ARVMUI_CALL ARVMUI_MessageBoxA(HWND owner, const char* text, cons
  */
 ARVMUI_API LANGID ARVMUI_CALL ARVMUI_InitCommonControlsLanguage(void);
 
+/* ---- Settings dialog ------------------------------------------------------------------------- */
+
+/**
+ * Shows the dialog in which preferred languages are chosen among the installed ones and ordered,
+ * and stores the choice in the registry value "UILocale". The dialog comes from the library's
+ * resource library. There is no A form.
+ * @param owner    owner window, or NULL.
+ * @param icons    two icons for the dialog, small and big, or NULL. For an icon that is NULL the
+ *                 program's first one is taken. They stay the caller's.
+ * @param reserved ignored.
+ * @param scope    1 for the list of the machine; any other value for that of the user.
+ * @return TRUE when the user saved or cancelled; FALSE when the dialog could not be shown or the
+ *         list could not be stored, which message boxes report while message popups are on.
+ * @lasterror 13 no resource library is loaded or no language is installed; else not defined.
+ * @threads any.
+ */
+ARVMUI_API BOOL ARVMUI_CALL ARVMUI_SettingDialogBoxW(HWND owner, const HICON* icons, void* reserved, DWORD scope);
+
 #ifdef __cplusplus
 }
 #endif

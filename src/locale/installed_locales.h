@@ -8,9 +8,20 @@
 namespace arvmui
 {
 
+// A LocaleEntry without its dialog texts: a language or keyword that only has to be named.
+struct ShortLocaleEntry
+{
+    LANGID LangID;
+    WCHAR Locale[ARVMUI_TAG_CHARS];
+    DWORD LocaleLength;
+    WCHAR EnglishName[ARVMUI_TAG_CHARS];
+    WCHAR NativeName[ARVMUI_TAG_CHARS];
+};
+static_assert(sizeof(ShortLocaleEntry) == offsetof(LocaleEntry, LanguageSelectionTitle));
+
 // Element sizes in bytes: the whole of a LocaleEntry, and its part without dialog texts.
 constexpr size_t kFullEntryBytes = sizeof(LocaleEntry);
-constexpr size_t kShortEntryBytes = offsetof(LocaleEntry, LanguageSelectionTitle);
+constexpr size_t kShortEntryBytes = sizeof(ShortLocaleEntry);
 
 // Builds an array of `elementSize` bytes an element, each the beginning of a LocaleEntry, ordered by
 // language; short entries are followed by one for each keyword. The caller frees it with

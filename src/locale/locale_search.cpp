@@ -8,6 +8,7 @@
 #include "locale/locale_list.h"
 #include "locale/registry_store.h"
 #include "resources/process_state.h"
+#include "ui/language_dialog.h"
 
 namespace arvmui
 {
@@ -62,6 +63,16 @@ LANGID QueryUILanguage(const char* functionName) noexcept
     using Function = LANGID(WINAPI*)();
     const Function function = FindSystemFunction<Function>("KERNEL32.DLL", functionName);
     return function ? function() : LANGID{0};
+}
+
+// Shows the language dialog: with the package's languages during an installation, else with the
+// installed ones. FALSE when it could not be shown.
+BOOL AskUser(LibraryDescriptor& descriptor, wchar_t (&answer)[kAnswerChars]) noexcept
+{
+    InstallerContext context;
+    std::memcpy(&context, GetInstallerContext(descriptor), sizeof(context));
+    const HICON icons[] = {context.smallIcon, context.largeIcon};
+    return ShowLanguageSelectionDialog(nullptr, icons, context.locales, context.localeCount, answer, kAnswerChars);
 }
 
 // The tags that a search has offered, as terminated texts in one buffer. A candidate is written
@@ -173,9 +184,11 @@ LocaleSearch::Outcome LocaleSearch::EvaluateAnswer(DWORD flags) noexcept
     wchar_t answer[kAnswerChars];
     if (CopyCut(answer, kAnswerChars, GetLocaleHint(descriptor, HINT_ASKED)) == 0)
     {
-        // There is no way to ask; that counts as asked, so that it is not tried again.
+        // Before the dialog, so that the user is asked once in a process, whatever comes of it.
         SetLocaleHint(descriptor, HINT_ASKED, kNothingFound);
-        return {0, true};
+        if (!AskUser(descriptor, answer)) return {0, true};
+        if (answer[0] == L'\0') return {Offer(nullptr)};
+        SetLocaleHint(descriptor, HINT_ASKED, answer);
     }
     return {EvaluateLocaleList(answer, flags | kInsideAnswer)};
 }

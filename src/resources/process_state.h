@@ -21,6 +21,18 @@ const wchar_t* GetLocaleHint(const LibraryDescriptor& descriptor, unsigned slot)
 // Stores at most 255 characters; null stores an empty string; a slot that does not exist is ignored.
 void SetLocaleHint(LibraryDescriptor& descriptor, unsigned slot, const wchar_t* text) noexcept;
 
+// What the descriptor's 40 bytes hold while an installation chooses its language: what the language
+// dialog is to show. All zero at any other time.
+struct InstallerContext
+{
+    void* reserved;  // null
+    HICON smallIcon;
+    HICON largeIcon;
+    DWORD localeCount;
+    const LocaleEntry* locales;
+};
+static_assert(sizeof(InstallerContext) == ARVMUI_INSTALLER_CONTEXT_BYTES);
+
 // The installer context, 40 bytes.
 void* GetInstallerContext(LibraryDescriptor& descriptor) noexcept;
 

@@ -48,4 +48,10 @@ HICON FindHostIcon(DWORD* identifier) noexcept
     return nullptr;
 }
 
+void SetDialogIcons(HWND dialog, HICON smallIcon, HICON bigIcon, HICON hostIcon) noexcept
+{
+    ::SendMessageW(dialog, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon ? smallIcon : hostIcon));
+    ::SendMessageW(dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(bigIcon ? bigIcon : hostIcon));
+}
+
 }  // namespace arvmui

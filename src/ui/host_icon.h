@@ -10,4 +10,7 @@ namespace arvmui
 // The icon is shared and never destroyed.
 HICON FindHostIcon(DWORD* identifier) noexcept;
 
+// Gives a dialog its icons; the host's stands in for one that is null.
+void SetDialogIcons(HWND dialog, HICON smallIcon, HICON bigIcon, HICON hostIcon) noexcept;
+
 }  // namespace arvmui
