@@ -44,7 +44,11 @@ set(LEVEL_2
     ui/locale_display
     ui/host_icon
     ui/placeholder_format
-    installer/installer_library)
+    installer/action_names.h
+    installer/font_watch
+    installer/installer_library
+    installer/name_list
+    installer/table_suffix)
 set(LEVEL_3
     foundation/process_info
     foundation/rundll_launcher
@@ -52,8 +56,8 @@ set(LEVEL_3
     locale/library_identity
     locale/locale_search
     text/profile_reader
-    installer/package_locales
-    installer/session_tables)
+    installer/changed_properties
+    installer/package_locales)
 set(LEVEL_4
     locale/locale_query
     locale/installed_locales
@@ -62,7 +66,9 @@ set(LEVEL_4
     resources/locale_record
     cmdline/uilocale_option
     text/profile_strings
-    text/text_file)
+    text/text_file
+    installer/package_translation
+    installer/session_tables)
 set(LEVEL_5
     ui/message_format
     ui/message_box

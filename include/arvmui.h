@@ -499,6 +499,98 @@ ARVMUI_API LANGID ARVMUI_CALL ARVMUI_InitCommonControlsLanguage(void);
  */
 ARVMUI_API BOOL ARVMUI_CALL ARVMUI_SettingDialogBoxW(HWND owner, const HICON* icons, void* reserved, DWORD scope);
 
+/* ---- Custom actions of the Windows Installer -------------------------------------------------- */
+
+/*
+ * A package calls these functions as custom actions; `session` is the MSIHANDLE that the installer
+ * passes. They need the "MSI.DLL" of the installer's process, which is found when they run: programs
+ * that never install anything do not load it. All but SetDefaultCSFont and StopFontResetter switch
+ * message popups off. None sets a last-error code of its own; the installer calls one action of a
+ * process at a time.
+ */
+
+/**
+ * Chooses the language of an installation, asking the user where the package and the interface
+ * level allow it, makes the session's tables speak it and stores its tag in the property "UILOCALE".
+ * An immediate action.
+ * @param session installer session with an active database.
+ * @return 0; 1602 when the user cancelled the choice; 1627 for every failure, also when no locale of
+ *         the package could be chosen.
+ * @threads the installer's.
+ */
+ARVMUI_API UINT ARVMUI_CALL ARVMUI_MSI_SetLocale(ULONG session);
+
+/**
+ * Shows the language dialog over the installer's window as the package's users will see it, without
+ * its choice. An immediate action, meant for the author of a package.
+ * @param session installer session with an active database.
+ * @return 0, whatever the user does; 1627 when the package's locales cannot be read.
+ * @threads the installer's.
+ */
+ARVMUI_API UINT ARVMUI_CALL ARVMUI_MSI_SelectionDialogBoxPreview(ULONG session);
+
+/**
+ * Translates the installer's cached copy of the package, so that repair, change and removal speak
+ * the language of the installation. A deferred action behind the registration of the product; its
+ * "CustomActionData" is "<UILOCALE>,<ProductCodeFast>,<TRANSFORMS>". Waits for a helper process.
+ * @param session installer session.
+ * @return always 0: what fails leaves the copy as it was.
+ * @threads the installer's.
+ */
+ARVMUI_API UINT ARVMUI_CALL ARVMUI_MSI_TranslateLocalPackage(ULONG session);
+
+/**
+ * The helper's entry point for RUNDLL32.EXE; rewrites a package and commits, or leaves it as it was.
+ * @param window      ignored.
+ * @param instance    ignored.
+ * @param commandLine three escaped arguments: locale tag, path of the package, and "TRANSFORMS" or
+ *                    "NOTRANSFORM".
+ * @param show        ignored.
+ * @threads a process of its own.
+ */
+ARVMUI_API void ARVMUI_CALLBACK ARVMUI_RUNDLL32_TranslateLocalPackage(
+    HWND window, HINSTANCE instance, char* commandLine, int show);
+
+/**
+ * Starts the watch that gives the texts in windows titled with the product's names the font of
+ * their buttons: in a helper process, or for at most a minute in the action itself. An immediate
+ * action. With a helper, the library's own file is deleted at the next restart of the system.
+ * @param session installer session.
+ * @return always 0.
+ * @threads the installer's.
+ */
+ARVMUI_API UINT ARVMUI_CALL ARVMUI_MSI_StartFontResetter(ULONG session);
+
+/**
+ * Ends a watch that runs in the Start action of this process.
+ * @param session ignored.
+ * @return always 0.
+ * @threads any.
+ */
+ARVMUI_API UINT ARVMUI_CALL ARVMUI_MSI_StopFontResetter(ULONG session);
+
+/**
+ * The helper's entry point for RUNDLL32.EXE; watches until the process that started it ends, at
+ * most an hour.
+ * @param window      ignored.
+ * @param instance    ignored.
+ * @param commandLine escaped window titles, of which 16 count.
+ * @param show        ignored.
+ * @threads a process of its own.
+ */
+ARVMUI_API void ARVMUI_CALLBACK ARVMUI_RUNDLL32_FontResetter(
+    HWND window, HINSTANCE instance, char* commandLine, int show);
+
+/**
+ * Chooses the fonts of a package's dialogs and stores their faces in the properties
+ * "DEFAULTCSFONT.5E1A7C30_94B2_4F6D_A8C1_0B3D62E94F17" ("none" for no substitute) and
+ * "DEFAULTUIFONT.5E1A7C30_94B2_4F6D_A8C1_0B3D62E94F17". An immediate action.
+ * @param session installer session.
+ * @return 0; 1627 without "MSI.DLL"; else the installer's code for the property that failed.
+ * @threads the installer's.
+ */
+ARVMUI_API UINT ARVMUI_CALL ARVMUI_MSI_SetDefaultCSFont(ULONG session);
+
 #ifdef __cplusplus
 }
 #endif

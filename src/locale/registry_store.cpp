@@ -10,7 +10,6 @@ namespace arvmui
 namespace
 {
 
-constexpr wchar_t kProductKey[] = L"SOFTWARE\\Pelkor\\MUI";
 constexpr wchar_t kUILocaleValue[] = L"UILocale";
 
 // Where a text that is read goes, and its length.

@@ -10,6 +10,7 @@
 namespace arvmui
 {
 
+inline constexpr wchar_t kProductKey[] = L"SOFTWARE\\Pelkor\\MUI";
 constexpr REGSAM kProductKeyRead = KEY_READ | KEY_WOW64_32KEY;
 constexpr REGSAM kProductKeyWrite = KEY_WRITE | KEY_WOW64_32KEY;
 

@@ -1,6 +1,8 @@
 #include "text/character_decoder.h"
 
+#include <algorithm>
 #include <bit>
+#include <cstdint>
 #include <cstring>
 #include <emmintrin.h>
 
@@ -20,6 +22,12 @@ constexpr wchar_t kNoCharacter = 0xFFFF;
 constexpr bool IsUnit(wchar_t remembered) noexcept
 {
     return remembered != kUnknown && remembered != kNoCharacter;
+}
+
+// Two bytes, the first of them 128 or above, as an index.
+constexpr size_t PairIndex(const BYTE* pair) noexcept
+{
+    return (pair[0] << 8 | pair[1]) & 0x7FFF;
 }
 
 bool IsContinuation(BYTE byte) noexcept
@@ -90,48 +98,147 @@ UINT ResolveCodePage(UINT codePage) noexcept
     }
 }
 
-constexpr size_t kBlockBytes = 16;
+constexpr ptrdiff_t kBlockBytes = 16;
 
-// Widens a whole block of bytes and returns how many of them, from the first on, are below 128.
-size_t WidenAsciiBlock(const BYTE* bytes, wchar_t* units) noexcept
+// As signed bytes: all from 128 up have to be looked up, or only those below A0.
+constexpr signed char kAsciiLimit = 0;
+constexpr BYTE kFirstLatin = 0xA0;
+constexpr signed char kLatinLimit = static_cast<signed char>(kFirstLatin);
+
+// Where the decoding of many bytes stands. There is room for a unit for each byte that is left.
+struct Run
 {
-    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+    const BYTE* next;
+    const BYTE* end;
+    wchar_t* unit;
+
+    ptrdiff_t Left() const noexcept { return end - next; }
+    void Take(wchar_t value, size_t bytes) noexcept
+    {
+        *unit++ = value;
+        next += bytes;
+    }
+};
+
+// Takes bytes that stand for themselves: all but those from 128 up to `limit`, which is a signed byte.
+Run TakeThemselves(Run run, signed char limit) noexcept
+{
+    const __m128i limits = _mm_set1_epi8(limit);
     const __m128i zero = _mm_setzero_si128();
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(units), _mm_unpacklo_epi8(block, zero));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(units + kBlockBytes / 2), _mm_unpackhi_epi8(block, zero));
-    const unsigned upper = static_cast<unsigned>(_mm_movemask_epi8(block));
-    return upper == 0 ? kBlockBytes : static_cast<size_t>(std::countr_zero(upper));
+    while (run.Left() >= kBlockBytes)
+    {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(run.next));
+        __m128i* const units = reinterpret_cast<__m128i*>(run.unit);
+        _mm_storeu_si128(units, _mm_unpacklo_epi8(block, zero));
+        _mm_storeu_si128(units + 1, _mm_unpackhi_epi8(block, zero));
+        const unsigned others = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmplt_epi8(block, limits)));
+        const int taken = others == 0 ? static_cast<int>(kBlockBytes) : std::countr_zero(others);
+        run.next += taken;
+        run.unit += taken;
+        if (others != 0) return run;
+    }
+    while (run.next != run.end && static_cast<signed char>(*run.next) >= limit) run.Take(*run.next, 1);
+    return run;
 }
 
-// Decodes `count` bytes by `next`, which gives the bytes of one character from 128 up, 0 to stop. The
-// bytes decoded; `written` receives the units.
-template <typename NextCharacter>
-size_t DecodeWith(const BYTE* bytes, size_t count, wchar_t* units, size_t& written, NextCharacter next) noexcept
+// Whether so many bytes below 128 come next, or so few bytes at all, that TakeThemselves is quicker than
+// taking them one by one.
+bool StartsAscii(const Run& run) noexcept
 {
-    size_t i = 0;
-    size_t w = 0;
-    while (i < count)
+    std::uint64_t bytes;
+    if (run.Left() < static_cast<ptrdiff_t>(sizeof(bytes))) return *run.next < 128;
+    std::memcpy(&bytes, run.next, sizeof(bytes));
+    return (bytes & 0x8080'8080'8080'8080) == 0;
+}
+
+// Decodes by turns: bytes that stand for themselves, and what `takeOthers` takes, from one of the other
+// bytes on; that stops by taking nothing.
+template <typename TakeOthers>
+Run TakeAll(Run run, signed char limit, TakeOthers takeOthers) noexcept
+{
+    for (;;)
     {
-        if (bytes[i] >= 128)
-        {
-            const size_t length = next(bytes + i, count - i, units[w]);
-            if (length == 0) break;
-            i += length;
-            ++w;
-        }
-        else if (count - i >= kBlockBytes)
-        {
-            const size_t ascii = WidenAsciiBlock(bytes + i, units + w);  // w <= i, so there is room
-            i += ascii;
-            w += ascii;
-        }
-        else
-        {
-            units[w++] = bytes[i++];
-        }
+        run = TakeThemselves(run, limit);
+        const BYTE* const before = run.next;
+        if (before != run.end) run = takeOthers(run);
+        if (run.next == before) return run;
     }
-    written = w;
-    return i;
+}
+
+// Characters of three bytes, two at a time: eight bytes are looked at, six are taken. What begins with
+// E0, ED, EE or EF, where not all that looks like a character is one, is left to those who look closer.
+Run TakeThreeByteUtf8(Run run) noexcept
+{
+    constexpr std::uint64_t kKindBits = 0xC0C0'F0C0'C0F0;
+    constexpr std::uint64_t kKinds = 0x8080'E080'80E0;
+    constexpr unsigned kFirstUnit = 0x1000;
+    constexpr unsigned kUnits = 0xC000;
+    const auto compose = [](std::uint64_t three)
+    { return static_cast<unsigned>((three & 0x0F) << 12 | (three >> 2 & 0x0FC0) | (three >> 16 & 0x3F)); };
+    std::uint64_t bytes;
+    while (run.Left() >= static_cast<ptrdiff_t>(sizeof(bytes)))
+    {
+        std::memcpy(&bytes, run.next, sizeof(bytes));
+        if ((bytes & kKindBits) != kKinds) break;
+        const unsigned first = compose(bytes);
+        const unsigned second = compose(bytes >> 24);
+        if (first - kFirstUnit >= kUnits || second - kFirstUnit >= kUnits) break;
+        run.Take(static_cast<wchar_t>(first), 3);
+        run.Take(static_cast<wchar_t>(second), 3);
+    }
+    return run;
+}
+
+Run TakeUtf8(Run run) noexcept
+{
+    for (;;)
+    {
+        run = TakeThreeByteUtf8(run);
+        if (run.next == run.end || StartsAscii(run)) return run;
+        if (*run.next < 128)
+        {
+            run.Take(*run.next, 1);
+            continue;
+        }
+        const size_t length = WellFormedUtf8(run.next, static_cast<size_t>(run.Left()));
+        if (length == 0) return run;
+        run.Take(ComposeUtf8(run.next, length), length);
+    }
+}
+
+// Where every byte is a character by itself; at least one is taken.
+Run TakeSingleBytes(Run run, const wchar_t* single) noexcept
+{
+    do
+    {
+        const ptrdiff_t count = std::min(run.Left(), kBlockBytes);
+        for (ptrdiff_t i = 0; i < count; ++i) run.unit[i] = single[run.next[i]];
+        run.next += count;
+        run.unit += count;
+    } while (run.next != run.end && *run.next >= 128);
+    return run;
+}
+
+// What has been asked for before. Nothing is remembered of two bytes if the first is a character by itself.
+Run TakeRemembered(Run run, const wchar_t* single, const wchar_t* pairs) noexcept
+{
+    while (run.next != run.end)
+    {
+        if (*run.next < 128)
+        {
+            if (StartsAscii(run)) return run;
+            run.Take(*run.next, 1);
+            continue;
+        }
+        const wchar_t pair = pairs && run.Left() >= 2 ? pairs[PairIndex(run.next)] : kUnknown;
+        if (IsUnit(pair))
+            run.Take(pair, 2);
+        else if (IsUnit(single[*run.next]))
+            run.Take(single[*run.next], 1);
+        else
+            return run;
+    }
+    return run;
 }
 
 }  // namespace
@@ -143,6 +250,7 @@ void CharacterDecoder::SetCodePage(UINT codePage) noexcept
     isUnknown_ = false;
     hasLearnt_ = false;
     isComplete_ = false;
+    isLatin_ = false;
     std::memset(single_, 0, sizeof(single_));
     if (pairs_) std::memset(pairs_.Get(), 0, kUpperBytes * kRowLength * sizeof(wchar_t));
 }
@@ -179,7 +287,7 @@ bool CharacterDecoder::Decode(const BYTE* bytes, size_t count, wchar_t& unit) no
 wchar_t* CharacterDecoder::Remembered(const BYTE* bytes, size_t count) noexcept
 {
     if (count == 1) return single_ + bytes[0];
-    if (count != 2) return nullptr;
+    if (count != 2 || single_[bytes[0]] != kNoCharacter) return nullptr;
     if (!pairs_)
     {
         // Not through ARVMUI_realloc, which tells the user: without this memory all is well, but slow.
@@ -187,7 +295,7 @@ wchar_t* CharacterDecoder::Remembered(const BYTE* bytes, size_t count) noexcept
             ::HeapAlloc(::GetProcessHeap(), HEAP_ZERO_MEMORY, kUpperBytes * kRowLength * sizeof(wchar_t)));
         if (!pairs_) return nullptr;
     }
-    return pairs_.Get() + (bytes[0] - kUpperBytes) * kRowLength + bytes[1];
+    return pairs_.Get() + PairIndex(bytes);
 }
 
 // Asks for all bytes at once where each can only be a character by itself.
@@ -207,42 +315,23 @@ void CharacterDecoder::LearnSingleBytes() noexcept
             isComplete_ = false;
         }
     }
+    isLatin_ = true;
+    for (size_t value = kFirstLatin; value < kByteValues; ++value) isLatin_ = isLatin_ && single_[value] == value;
 }
 
 size_t CharacterDecoder::DecodeKnown(const BYTE* bytes, size_t count, wchar_t* units, size_t& used) const noexcept
 {
-    size_t written = 0;
+    Run run = {bytes, bytes + count, units};
     if (realCodePage_ == CP_UTF8)
-    {
-        used = DecodeWith(bytes, count, units, written,
-            [](const BYTE* character, size_t room, wchar_t& unit)
-            {
-                const size_t length = WellFormedUtf8(character, room);
-                if (length != 0) unit = ComposeUtf8(character, length);
-                return length;
-            });
-        return written;
-    }
-
-    if (isComplete_)
-    {
-        for (size_t i = 0; i < count; ++i) units[i] = single_[bytes[i]];
-        used = count;
-        return count;
-    }
-
-    const wchar_t* const single = single_;
-    const wchar_t* const pairs = pairs_.Get();
-    used = DecodeWith(bytes, count, units, written,
-        [single, pairs](const BYTE* character, size_t room, wchar_t& unit) -> size_t
-        {
-            unit = single[character[0]];
-            if (IsUnit(unit)) return 1;
-            if (unit == kUnknown || room < 2 || !pairs) return 0;
-            unit = pairs[(character[0] - kUpperBytes) * kRowLength + character[1]];
-            return IsUnit(unit) ? 2 : 0;
-        });
-    return written;
+        run = TakeAll(run, kAsciiLimit, [](const Run& rest) { return TakeUtf8(rest); });
+    else if (isComplete_)
+        run = TakeAll(run, isLatin_ ? kLatinLimit : kAsciiLimit,
+            [this](const Run& rest) { return TakeSingleBytes(rest, single_); });
+    else
+        run =
+            TakeAll(run, kAsciiLimit, [this](const Run& rest) { return TakeRemembered(rest, single_, pairs_.Get()); });
+    used = static_cast<size_t>(run.next - bytes);
+    return static_cast<size_t>(run.unit - units);
 }
 
 }  // namespace arvmui

@@ -40,6 +40,7 @@ private:
     bool isUnknown_ = false;            // the system does not have realCodePage_
     bool hasLearnt_ = false;            // LearnSingleBytes has been called
     bool isComplete_ = false;           // every byte is a character by itself, and all are in single_
+    bool isLatin_ = false;              // from A0 up each byte is its own unit
     wchar_t single_[kByteValues] = {};  // from 128 up; below, each byte is itself
     HeapBlock<wchar_t> pairs_;          // kUpperBytes rows of 256, once a pair was asked for and if memory allows
 };

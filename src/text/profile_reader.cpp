@@ -37,12 +37,12 @@ ProfileToken ProfileReader::NextToken() noexcept
     return lastToken_;
 }
 
-bool ProfileReader::SkipPlainEntry(const wchar_t* sought) noexcept
+bool ProfileReader::SkipPlainEntry(const std::wstring_view* sought) noexcept
 {
     if (!StartsKey(lookahead_)) return false;
     const BYTE* const end = reader_.End();
     const BYTE* p = FindPlainRunEnd(reader_.Begin(), end, '=');
-    if (p == end || *p != '=' || (sought && CouldBe(p, sought))) return false;
+    if (p == end || *p != '=' || (sought && CouldBe(p, *sought))) return false;
     ++p;
     while (p != end && *p != '\n' && IsSpace(*p)) ++p;
     if (p == end || *p == '"' || *p == '\'') return false;
@@ -57,20 +57,20 @@ bool ProfileReader::SkipPlainEntry(const wchar_t* sought) noexcept
 
 // Whether the key that starts with the next character and ends, but for white space, before `keyEnd`
 // could equal the sought one.
-bool ProfileReader::CouldBe(const BYTE* keyEnd, const wchar_t* sought) const noexcept
+bool ProfileReader::CouldBe(const BYTE* keyEnd, std::wstring_view sought) const noexcept
 {
-    while (keyEnd != reader_.Begin() && IsSpace(keyEnd[-1])) --keyEnd;
-    if (keyEnd - reader_.Begin() >= static_cast<ptrdiff_t>(kMaxTokenChars)) return true;  // its text is cut
-    const BYTE* next = reader_.Begin();
-    bool same = true;
-    for (std::uint32_t character = lookahead_;; character = *next++)
+    const BYTE* const begin = reader_.Begin();
+    while (keyEnd != begin && IsSpace(keyEnd[-1])) --keyEnd;
+    const size_t length = static_cast<size_t>(keyEnd - begin) + 1;
+    if (length > kMaxTokenChars) return true;  // its text is cut
+    if (PlainCharacter(lookahead_) == '\0' || !IsPlainWord(begin, keyEnd, reader_.End())) return true;
+    if (length != sought.size()) return false;
+    // Names of one length that begin alike often are numbered.
+    for (size_t i = length - 1; i != 0; --i)
     {
-        const char plain = PlainCharacter(character);
-        if (plain == '\0') return true;
-        // Behind the end of the sought text everything differs, but it must be seen to be plain.
-        if (same && (*sought == L'\0' || PlainCharacter(*sought++) != plain)) same = false;
-        if (next == keyEnd) return same && *sought == L'\0';
+        if (PlainCharacter(begin[i - 1]) != PlainCharacter(sought[i])) return false;
     }
+    return PlainCharacter(lookahead_) == PlainCharacter(sought[0]);
 }
 
 ProfileToken ProfileReader::ReadToken() noexcept

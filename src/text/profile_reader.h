@@ -4,6 +4,8 @@
 
 #include "text/text_reader.h"
 
+#include <string_view>
+
 namespace arvmui
 {
 
@@ -31,8 +33,8 @@ public:
 
     // After a line end: takes the next line as a whole, leaving its own end as the last token, if it is
     // a key with a value, so plain that its tokens would tell nothing more, and not a key that could
-    // equal `sought` (null: no key is sought).
-    bool SkipPlainEntry(const wchar_t* sought) noexcept;
+    // equal `sought`, a word of plain characters (null: no key is sought).
+    bool SkipPlainEntry(const std::wstring_view* sought) noexcept;
 
     // Whether keys and values get a text; without, they are only told from one another, which is
     // quicker. Sections always have theirs.
@@ -57,7 +59,7 @@ private:
     ProfileToken ReadSection() noexcept;
     ProfileToken ReadKey() noexcept;
 
-    bool CouldBe(const BYTE* keyEnd, const wchar_t* sought) const noexcept;
+    bool CouldBe(const BYTE* keyEnd, std::wstring_view sought) const noexcept;
     void Advance() noexcept { lookahead_ = reader_.NextCharacter(); }
     bool AtLineEnd() const noexcept { return lookahead_ == L'\n' || lookahead_ == TextReader::kEnd; }
     void StartText(bool keep) noexcept;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <string_view>
 
 // Values and lists of names from settings files: what the tokens of a file mean, and how results
 // are handed back in both text widths.
@@ -210,7 +211,7 @@ public:
     void Scan(ProfileReader& reader) noexcept
     {
         if (!section_.Convert(reader.CodePage()) || !key_.Convert(reader.CodePage())) return;
-        keyIsPlain_ = key_.Get() && IsPlainWord(key_.Get());
+        LearnKey();
         reader.KeepText(LooksAtKeys());
         reader.NextToken();
         while (ScanLine(reader))
@@ -248,13 +249,19 @@ private:
     {
         if (CanSkipEntries())
         {
-            const wchar_t* const sought = LooksAtKeys() ? key_.Get() : nullptr;
+            const std::wstring_view* const sought = LooksAtKeys() ? &plainKey_ : nullptr;
             while (reader.SkipPlainEntry(sought))
             {
             }
         }
         reader.NextToken();
         return true;
+    }
+
+    void LearnKey() noexcept
+    {
+        keyIsPlain_ = key_.Get() && IsPlainWord(key_.Get());
+        if (keyIsPlain_) plainKey_ = key_.Get();
     }
 
     // Where keys matter, one by one only if all do or if the sought one is no plain word.
@@ -318,7 +325,7 @@ private:
         if (codePage == reader.CodePage()) return true;
         reader.SetCodePage(codePage);
         if ((!sectionFound_ && !section_.Convert(codePage)) || !key_.Convert(codePage)) return false;
-        keyIsPlain_ = key_.Get() && IsPlainWord(key_.Get());
+        LearnKey();
         return true;
     }
 
@@ -352,6 +359,7 @@ private:
     SoughtName<Char> key_;
     ResultBuffer<Char>& result_;
     bool keyIsPlain_ = false;
+    std::wstring_view plainKey_;  // the key if it is plain
     bool sectionFound_ = false;
     bool keyFound_ = false;
     bool overflowed_ = false;
