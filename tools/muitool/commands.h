@@ -16,7 +16,9 @@ struct CommandContext
 
 void AddExplainCommand(CommandContext& context);  // explain
 
-void AddStringsCommand(CommandContext& context);  // strings
-void AddFileCommands(CommandContext& context);    // ini, text, encoding
-void AddBoxCommands(CommandContext& context);     // message, box, ask, settings
-void AddLocaleCommand(CommandContext& context);   // locale get|set|clear
+void AddCheckCommand(CommandContext& context);       // check
+void AddStringsCommand(CommandContext& context);     // strings
+void AddTranslateCommands(CommandContext& context);  // pseudo, export, import
+void AddFileCommands(CommandContext& context);       // ini, text, encoding
+void AddBoxCommands(CommandContext& context);        // message, box, ask, settings
+void AddLocaleCommand(CommandContext& context);      // locale get|set|clear

@@ -46,8 +46,10 @@ int Run(int argc, wchar_t** argv)
 
     CommandContext context = {app, {argv + 1, argv + argc}, kSuccess};
     AddExplainCommand(context);
-    AddLocaleCommand(context);
+    AddCheckCommand(context);
     AddStringsCommand(context);
+    AddTranslateCommands(context);
+    AddLocaleCommand(context);
     AddFileCommands(context);
     AddBoxCommands(context);
     try

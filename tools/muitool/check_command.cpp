@@ -1,0 +1,179 @@
+#include "commands.h"
+#include "console.h"
+#include "text_conversion.h"
+#include "tool_error.h"
+#include "translation_checks.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <memory>
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+bool IsResourceLibrary(const fs::path& path)
+{
+    constexpr std::wstring_view kEnd = L"UI.DLL";
+    const std::wstring name = path.filename().wstring();
+    return name.size() > kEnd.size()
+           && ::CompareStringOrdinal(name.c_str() + name.size() - kEnd.size(), static_cast<int>(kEnd.size()),
+                  kEnd.data(), static_cast<int>(kEnd.size()), TRUE)
+                  == CSTR_EQUAL;
+}
+
+std::vector<std::wstring> LocaleFolders(const fs::path& folder)
+{
+    std::error_code error;
+    std::vector<std::wstring> names;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder, error))
+        if (entry.is_directory()) names.push_back(entry.path().filename().wstring());
+    if (error) throw ToolError("cannot read the folder " + Utf8(folder.wstring()) + ": " + error.message());
+    if (names.empty())
+        throw ToolError(Utf8(folder.wstring()) + " holds no locale folders; name the folder \"resource\"");
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::vector<fs::path> ResourceLibraries(const fs::path& folder)
+{
+    std::vector<fs::path> paths;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+        if (entry.is_regular_file() && IsResourceLibrary(entry.path())) paths.push_back(entry.path());
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+// A file that cannot be read is a finding, not the end of the check.
+bool ReadOrReport(const fs::path& path, Translation& translation, Findings& findings)
+{
+    try
+    {
+        translation = ReadTranslation(path);
+        return true;
+    }
+    catch (const ToolError& error)
+    {
+        findings.Add(path, 0, "unreadable", error.what());
+        return false;
+    }
+}
+
+class FolderCheck
+{
+public:
+    FolderCheck(const fs::path& folder, const std::wstring& reference)
+        : folder_(folder), reference_(reference), locales_(LocaleFolders(folder))
+    {
+    }
+
+    Findings Run()
+    {
+        const bool hasReference = std::find(locales_.begin(), locales_.end(), reference_) != locales_.end();
+        if (!hasReference)
+            findings_.Add(folder_ / reference_, 0, "missing-reference",
+                "there is no folder \"" + Utf8(reference_) + "\" to compare with");
+        if (std::find(locales_.begin(), locales_.end(), L"en") == locales_.end() && reference_ != L"en")
+            findings_.Add(
+                folder_ / L"en", 0, "missing-fallback", "there is no folder \"en\", the last resort of every search");
+        if (hasReference) ReadReferences();
+        for (const std::wstring& locale : locales_) CheckLocale(locale);
+        return findings_;
+    }
+
+private:
+    void ReadReferences()
+    {
+        for (const fs::path& path : ResourceLibraries(folder_ / reference_))
+        {
+            Translation translation;
+            if (ReadOrReport(path, translation, findings_)) references_[path.filename().wstring()] = translation;
+        }
+    }
+
+    void CheckLocale(const std::wstring& locale)
+    {
+        for (const auto& [name, reference] : references_)
+            if (!fs::exists(folder_ / locale / name))
+                findings_.Add(folder_ / locale / name, 0, "missing-file", "the file is not translated");
+        for (const fs::path& path : ResourceLibraries(folder_ / locale)) CheckFile(path, locale);
+    }
+
+    void CheckFile(const fs::path& path, const std::wstring& locale)
+    {
+        CheckImage(path, findings_);
+        Translation translation;
+        // The reference has been read, and reported if that failed.
+        const auto reference = references_.find(path.filename().wstring());
+        if (locale == reference_)
+        {
+            if (reference == references_.end()) return;
+            translation = reference->second;
+        }
+        else if (!ReadOrReport(path, translation, findings_))
+            return;
+        CheckTexts(translation, findings_);
+        CheckDialogs(translation, findings_);
+        CheckFallback(translation, locales_, findings_);
+        if (locale == reference_) return;
+        if (reference != references_.end())
+            CompareTranslations(reference->second, translation, findings_);
+        else if (!references_.empty())
+            findings_.Add(path, 0, "extra-file", "the reference has no such file");
+    }
+
+    fs::path folder_;
+    std::wstring reference_;
+    std::vector<std::wstring> locales_;
+    std::map<std::wstring, Translation> references_;  // by file name
+    Findings findings_;
+};
+
+// "file(number): kind: text", which editors take as a place to jump to.
+std::string Line(const Finding& finding)
+{
+    return Utf8(finding.file.wstring()) + '(' + std::to_string(finding.resource) + "): " + finding.kind + ": "
+           + finding.text;
+}
+
+void PrintFindings(const Findings& findings, bool asJson)
+{
+    if (!asJson)
+    {
+        for (const Finding& finding : findings.Items()) PrintLine(Line(finding));
+        return;
+    }
+    nlohmann::ordered_json json = nlohmann::ordered_json::array();
+    for (const Finding& finding : findings.Items())
+        json.push_back({{"file", Utf8(finding.file.wstring())}, {"resource", finding.resource}, {"kind", finding.kind},
+            {"text", finding.text}});
+    PrintLine(json.dump(2));
+}
+
+}  // namespace
+
+void AddCheckCommand(CommandContext& context)
+{
+    struct Options
+    {
+        std::string folder;
+        std::string reference = "en";
+        bool json = false;
+    };
+    const auto options = std::make_shared<Options>();
+    CLI::App* const command = context.app.add_subcommand(
+        "check", "Check the translations of all modules in a resource folder; exit code 1 when something is wrong");
+    command->add_option("FOLDER", options->folder, "folder \"resource\" with its locale folders")->required();
+    command->add_option("--reference", options->reference, "locale folder with which the others are compared")
+        ->capture_default_str();
+    command->add_flag("--json", options->json, "print one JSON array");
+    command->callback(
+        [options, &context]
+        {
+            const Findings findings = FolderCheck(Wide(options->folder), Wide(options->reference)).Run();
+            PrintFindings(findings, options->json);
+            context.exitCode = findings.Items().empty() ? kSuccess : kFindings;
+        });
+}

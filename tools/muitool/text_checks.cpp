@@ -1,0 +1,127 @@
+#include "library_api.h"
+#include "text_conversion.h"
+#include "text_rooms.h"
+#include "translation_checks.h"
+
+#include <algorithm>
+
+namespace
+{
+
+void CheckRoom(const Translation& translation, Findings& findings)
+{
+    for (const auto& [number, text] : translation.strings)
+    {
+        const std::size_t room = RoomOfString(translation, number);
+        if (room != 0 && text.size() > room)
+            findings.Add(translation.path, number, "too-long",
+                std::to_string(text.size()) + " characters, but there is room for " + std::to_string(room));
+    }
+}
+
+bool StartsWithTag(const std::wstring& tag, const std::wstring& folder)
+{
+    const int length = static_cast<int>(folder.size());
+    if (tag.size() < folder.size() || (tag.size() > folder.size() && tag[folder.size()] != L'-')) return false;
+    return ::CompareStringOrdinal(tag.c_str(), length, folder.c_str(), length, TRUE) == CSTR_EQUAL;
+}
+
+struct TagSearch
+{
+    const std::wstring& tag;
+    bool found;
+};
+
+DWORD ARVMUI_CALLBACK LookForTag(const WCHAR* locale, void* context)
+{
+    TagSearch& search = *static_cast<TagSearch*>(context);
+    search.found = search.found || (locale && StartsWithTag(search.tag, locale));
+    return search.found;
+}
+
+// Whether the library takes users of the identifier to a folder of that name.
+bool IsOffered(LANGID language, const std::wstring& folder)
+{
+    TagSearch search = {folder, false};
+    Library().ARVMUI_EnumLocalesW(MAKEINTRESOURCEW(language), LookForTag, &search);
+    return search.found;
+}
+
+void CheckIdentity(const Translation& translation, Findings& findings)
+{
+    const std::wstring tag = translation.Tag();
+    const LANGID language = translation.Language();
+    if (tag.empty())
+        findings.Add(translation.path, kTagString, "locale-tag", "string 1, the locale's tag, is missing");
+    else if (!StartsWithTag(tag, translation.folder) && !IsOffered(language, translation.folder))
+        findings.Add(translation.path, kTagString, "locale-tag",
+            "the tag \"" + Utf8(tag) + "\" does not fit the folder \"" + Utf8(translation.folder) + '"');
+
+    if (language == 0)
+    {
+        findings.Add(translation.path, kLanguageString, "language-id", "string 2 holds no language identifier");
+        return;
+    }
+    wchar_t name[LOCALE_NAME_MAX_LENGTH] = L"";
+    const int length = ::LCIDToLocaleName(MAKELCID(language, SORT_DEFAULT), name, LOCALE_NAME_MAX_LENGTH, 0);
+    const std::wstring tagLanguage = tag.substr(0, tag.find_first_of(L"-_"));
+    if (length != 0 && !tag.empty() && !StartsWithTag(name, tagLanguage))
+        findings.Add(translation.path, kLanguageString, "language-id",
+            "the identifier stands for \"" + Utf8(name) + "\", the tag is \"" + Utf8(tag) + '"');
+}
+
+bool IsRepresentable(const std::wstring& text, UINT codePage)
+{
+    BOOL lost = FALSE;
+    ::WideCharToMultiByte(
+        codePage, WC_NO_BEST_FIT_CHARS, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr, &lost);
+    return !lost;
+}
+
+void CheckCodePage(const Translation& translation, Findings& findings)
+{
+    const UINT codePage = Library().ARVMUI_GetACP(translation.Language(), 0);
+    if (codePage == 0 || codePage == CP_UTF8) return;  // a language of Unicode only
+    const auto check = [&](UINT number, const std::wstring& text)
+    {
+        if (!IsRepresentable(text, codePage))
+            findings.Add(translation.path, number, "code-page",
+                "the text does not exist in code page " + std::to_string(codePage) + ": " + Utf8(text));
+    };
+    for (const auto& [number, text] : translation.strings) check(number, text);
+    for (const auto& [number, text] : translation.messages) check(number, text);
+    for (const auto& [number, dialog] : translation.dialogs)
+    {
+        check(number, dialog.title);
+        for (const DialogControl& control : dialog.controls) check(number, control.title.text);
+    }
+}
+
+}  // namespace
+
+void CheckTexts(const Translation& translation, Findings& findings)
+{
+    CheckRoom(translation, findings);
+    CheckIdentity(translation, findings);
+    CheckCodePage(translation, findings);
+}
+
+void CheckFallback(const Translation& translation, const std::vector<std::wstring>& folders, Findings& findings)
+{
+    const LANGID language = translation.Language();
+    if (language == 0) return;
+    if (!IsOffered(language, translation.folder))
+        findings.Add(translation.path, kLanguageString, "fallback",
+            "users of this language are never offered the folder \"" + Utf8(translation.folder)
+                + "\"; only its name in a locale list leads to it");
+
+    // A folder for all of Chinese serves those badly who write the other script.
+    const bool isAllChinese = ::CompareStringOrdinal(translation.folder.c_str(), -1, L"zh", -1, TRUE) == CSTR_EQUAL;
+    if (!isAllChinese) return;
+    const bool isSimplified = language == 0x0804 || language == 0x1004 || language == 0x0004;
+    const std::wstring other = isSimplified ? L"zh-TW" : L"zh-CN";
+    if (std::find(folders.begin(), folders.end(), other) == folders.end())
+        findings.Add(translation.path, kLanguageString, "fallback",
+            "users of " + Utf8(other)
+                + " get this folder, which writes the other script; it needs a folder of its own");
+}

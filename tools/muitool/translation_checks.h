@@ -1,0 +1,18 @@
+// Checks of translations. Each adds what it finds and touches nothing.
+#pragma once
+
+#include "findings.h"
+#include "translation.h"
+
+// A translation against the reference: what is missing or superfluous, placeholders, controls.
+void CompareTranslations(const Translation& reference, const Translation& translation, Findings& findings);
+
+// A translation by itself: its locale, its code page, the room for its texts, its access keys.
+void CheckTexts(const Translation& translation, Findings& findings);
+void CheckDialogs(const Translation& translation, Findings& findings);
+
+// Whether the users of its language ever get it. `folders` are the names of all locale folders.
+void CheckFallback(const Translation& translation, const std::vector<std::wstring>& folders, Findings& findings);
+
+// The file as a file: resources only, no code.
+void CheckImage(const std::filesystem::path& path, Findings& findings);
