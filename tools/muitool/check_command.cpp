@@ -1,10 +1,8 @@
 #include "commands.h"
-#include "console.h"
+#include "finding_output.h"
 #include "text_conversion.h"
 #include "tool_error.h"
 #include "translation_checks.h"
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <memory>
@@ -131,27 +129,6 @@ private:
     Findings findings_;
 };
 
-// "file(number): kind: text", which editors take as a place to jump to.
-std::string Line(const Finding& finding)
-{
-    return Utf8(finding.file.wstring()) + '(' + std::to_string(finding.resource) + "): " + finding.kind + ": "
-           + finding.text;
-}
-
-void PrintFindings(const Findings& findings, bool asJson)
-{
-    if (!asJson)
-    {
-        for (const Finding& finding : findings.Items()) PrintLine(Line(finding));
-        return;
-    }
-    nlohmann::ordered_json json = nlohmann::ordered_json::array();
-    for (const Finding& finding : findings.Items())
-        json.push_back({{"file", Utf8(finding.file.wstring())}, {"resource", finding.resource}, {"kind", finding.kind},
-            {"text", finding.text}});
-    PrintLine(json.dump(2));
-}
-
 }  // namespace
 
 void AddCheckCommand(CommandContext& context)
@@ -173,7 +150,6 @@ void AddCheckCommand(CommandContext& context)
         [options, &context]
         {
             const Findings findings = FolderCheck(Wide(options->folder), Wide(options->reference)).Run();
-            PrintFindings(findings, options->json);
-            context.exitCode = findings.Items().empty() ? kSuccess : kFindings;
+            context.exitCode = ReportFindings(findings, options->json);
         });
 }

@@ -1,6 +1,9 @@
 #include "commands.h"
 #include "console.h"
+#include "file_bytes.h"
+#include "finding_output.h"
 #include "library_api.h"
+#include "settings_check.h"
 #include "text_conversion.h"
 #include "tool_error.h"
 
@@ -88,6 +91,28 @@ int ShowEncoding(const std::string& name)
     return isKnown ? kSuccess : kFindings;
 }
 
+void AddIniCheckCommand(CommandContext& context, CLI::App& ini)
+{
+    struct Options
+    {
+        std::string file;
+        bool json = false;
+    };
+    const auto options = std::make_shared<Options>();
+    CLI::App* const command = ini.add_subcommand(
+        "check", "Check a settings file for what is passed over in silence; exit code 1 when something is wrong");
+    command->add_option("FILE", options->file, "settings file")->required();
+    command->add_flag("--json", options->json, "print one JSON array");
+    command->callback(
+        [options, &context]
+        {
+            Findings findings;
+            const std::filesystem::path file = Wide(options->file);
+            CheckSettings(file, ReadFileBytes(file), findings);
+            context.exitCode = ReportFindings(findings, options->json);
+        });
+}
+
 void AddIniCommand(CommandContext& context)
 {
     struct Options
@@ -99,12 +124,15 @@ void AddIniCommand(CommandContext& context)
     const auto options = std::make_shared<Options>();
     CLI::App* const command =
         context.app.add_subcommand("ini", "Read a settings file: its sections, the keys of one, or a value");
-    command->add_option("FILE", options->file, "settings file")->required();
+    CLI::Option* const file = command->add_option("FILE", options->file, "settings file");
     CLI::Option* const section = command->add_option("SECTION", options->section, "list the keys of this section");
     CLI::Option* const key = command->add_option("KEY", options->key, "print the value of this key");
+    AddIniCheckCommand(context, *command);
     command->callback(
-        [options, section, key, &context]
+        [options, command, file, section, key, &context]
         {
+            if (!command->get_subcommands().empty()) return;
+            if (file->count() == 0) throw CLI::RequiredError("FILE");
             const auto given = [](const CLI::Option* option, const std::string& text)
             { return option->count() != 0 ? std::optional<std::wstring>(Wide(text)) : std::nullopt; };
             context.exitCode = ShowSettings(options->file, given(section, options->section), given(key, options->key));

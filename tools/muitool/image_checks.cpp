@@ -1,31 +1,23 @@
-#include "tool_error.h"
+#include "file_bytes.h"
 #include "translation_checks.h"
 
 #include <windows.h>
 
 #include <cstring>
-#include <fstream>
-#include <iterator>
 
 namespace
 {
 
-std::vector<char> ReadFileBytes(const std::filesystem::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
 // A record of the file; false where the file ends before it does.
 template <typename T>
-bool ReadAt(const std::vector<char>& bytes, std::size_t offset, T& record)
+bool ReadAt(const std::string& bytes, std::size_t offset, T& record)
 {
     if (offset > bytes.size() || sizeof(T) > bytes.size() - offset) return false;
     std::memcpy(&record, bytes.data() + offset, sizeof(T));
     return true;
 }
 
-bool HasCode(const std::vector<char>& bytes, std::size_t sections, WORD count)
+bool HasCode(const std::string& bytes, std::size_t sections, WORD count)
 {
     for (WORD i = 0; i < count; ++i)
     {
@@ -41,7 +33,7 @@ bool HasCode(const std::vector<char>& bytes, std::size_t sections, WORD count)
 
 void CheckImage(const std::filesystem::path& path, Findings& findings)
 {
-    const std::vector<char> bytes = ReadFileBytes(path);
+    const std::string bytes = ReadFileBytes(path);
     IMAGE_DOS_HEADER dos;
     IMAGE_NT_HEADERS64 headers;
     if (!ReadAt(bytes, 0, dos) || dos.e_magic != IMAGE_DOS_SIGNATURE

@@ -1,5 +1,6 @@
 #include "commands.h"
 #include "console.h"
+#include "file_bytes.h"
 #include "placeholders.h"
 #include "po_file.h"
 #include "pseudo_text.h"
@@ -8,8 +9,6 @@
 #include "text_conversion.h"
 #include "tool_error.h"
 
-#include <fstream>
-#include <iterator>
 #include <memory>
 
 // Commands for translators: a pseudo-translation, and texts to and from their editors.
@@ -40,21 +39,6 @@ std::vector<std::string> Comments(const CatalogText& text)
     for (const std::wstring& insert : InsertPlaceholders(text.text)) inserts += L' ' + insert;
     if (!inserts.empty()) comments.push_back("keep the inserts:" + Utf8(inserts));
     return comments;
-}
-
-void WriteFileBytes(const fs::path& path, const std::string& bytes)
-{
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    if (!file) throw ToolError("cannot write " + Utf8(path.wstring()));
-}
-
-std::string ReadFileBytes(const fs::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    if (!file) throw ToolError("cannot open " + Utf8(path.wstring()));
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
 int ExportTexts(const std::string& library, const std::string& po, const std::string& reference)
