@@ -77,7 +77,7 @@ ChildProcess::ChildProcess(const ChildSettings& settings)
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdInput = input.read;
     startup.hStdOutput = output.write;
-    startup.hStdError = ::GetStdHandle(STD_ERROR_HANDLE);
+    startup.hStdError = settings.withErrors ? startup.hStdOutput : ::GetStdHandle(STD_ERROR_HANDLE);
 
     std::wstring line = settings.commandLine;
     std::vector<wchar_t> environment = EnvironmentBlock(settings);

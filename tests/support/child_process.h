@@ -18,8 +18,9 @@ struct ChildSettings
     std::wstring commandLine;
     // Variables that differ from this process's; no value removes the variable.
     std::vector<std::pair<std::wstring, std::optional<std::wstring>>> environment;
-    std::wstring folder;  // current folder; empty for this process's
-    DWORD flags = 0;      // further creation flags
+    std::wstring folder;      // current folder; empty for this process's
+    DWORD flags = 0;          // further creation flags
+    bool withErrors = false;  // standard error comes through the pipe too
 };
 
 class ChildProcess

@@ -35,7 +35,8 @@ struct TagSearch
 DWORD ARVMUI_CALLBACK LookForTag(const WCHAR* locale, void* context)
 {
     TagSearch& search = *static_cast<TagSearch*>(context);
-    search.found = search.found || (locale && StartsWithTag(search.tag, locale));
+    search.found =
+        search.found || (locale && ::CompareStringOrdinal(locale, -1, search.tag.c_str(), -1, TRUE) == CSTR_EQUAL);
     return search.found;
 }
 
@@ -47,27 +48,34 @@ bool IsOffered(LANGID language, const std::wstring& folder)
     return search.found;
 }
 
+// Whether an identifier stands for the language of a tag. Identifiers that the system does not know
+// are taken on trust.
+bool IsLanguageOf(LANGID language, const std::wstring& tag)
+{
+    wchar_t name[LOCALE_NAME_MAX_LENGTH] = L"";
+    if (::LCIDToLocaleName(MAKELCID(language, SORT_DEFAULT), name, LOCALE_NAME_MAX_LENGTH, 0) == 0) return true;
+    return StartsWithTag(name, tag.substr(0, tag.find_first_of(L"-_")));
+}
+
 void CheckIdentity(const Translation& translation, Findings& findings)
 {
     const std::wstring tag = translation.Tag();
     const LANGID language = translation.Language();
-    if (tag.empty())
-        findings.Add(translation.path, kTagString, "locale-tag", "string 1, the locale's tag, is missing");
-    else if (!StartsWithTag(tag, translation.folder) && !IsOffered(language, translation.folder))
-        findings.Add(translation.path, kTagString, "locale-tag",
-            "the tag \"" + Utf8(tag) + "\" does not fit the folder \"" + Utf8(translation.folder) + '"');
-
     if (language == 0)
-    {
         findings.Add(translation.path, kLanguageString, "language-id", "string 2 holds no language identifier");
+    if (tag.empty())
+    {
+        findings.Add(translation.path, kTagString, "locale-tag", "string 1, the locale's tag, is missing");
         return;
     }
-    wchar_t name[LOCALE_NAME_MAX_LENGTH] = L"";
-    const int length = ::LCIDToLocaleName(MAKELCID(language, SORT_DEFAULT), name, LOCALE_NAME_MAX_LENGTH, 0);
-    const std::wstring tagLanguage = tag.substr(0, tag.find_first_of(L"-_"));
-    if (length != 0 && !tag.empty() && !StartsWithTag(name, tagLanguage))
+    const bool isOwnLanguage = language != 0 && IsLanguageOf(language, tag);
+    // The library's names for a few languages differ from the system's; a folder named so is right too.
+    if (!StartsWithTag(tag, translation.folder) && !(isOwnLanguage && IsOffered(language, translation.folder)))
+        findings.Add(translation.path, kTagString, "locale-tag",
+            "the tag \"" + Utf8(tag) + "\" does not fit the folder \"" + Utf8(translation.folder) + '"');
+    if (language != 0 && !isOwnLanguage)
         findings.Add(translation.path, kLanguageString, "language-id",
-            "the identifier stands for \"" + Utf8(name) + "\", the tag is \"" + Utf8(tag) + '"');
+            "the identifier does not stand for the language of the tag \"" + Utf8(tag) + '"');
 }
 
 bool IsRepresentable(const std::wstring& text, UINT codePage)
