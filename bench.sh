@@ -6,7 +6,7 @@
 set -eu
 . "$(dirname -- "$0")/scripts/prepare.sh"
 
-names=${*:-text_file_bench decoder_bench profile_bench}
+names=${*:-text_file_bench decoder_bench profile_bench dialog_bench local_package_bench}
 
 arvmui_require_packages
 arvmui_say "Building the benchmarks into build/bench"
@@ -14,10 +14,11 @@ arvmui_say "Building the benchmarks into build/bench"
 cmake -S "$ARVMUI_ROOT" -B "$ARVMUI_ROOT/build/bench" -G Ninja \
     --toolchain "$ARVMUI_ROOT/cmake/mingw-w64-x86_64.cmake" -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_CXX_FLAGS_RELEASE="-O2 -DNDEBUG" -DARVMUI_BUILD_BENCHMARKS=ON -DARVMUI_BUILD_TESTS=OFF \
-    -DARVMUI_BUILD_SAMPLES=OFF </dev/null
+    -DARVMUI_BUILD_SAMPLES=OFF -DARVMUI_BUILD_TOOLS=OFF </dev/null
 cmake --build "$ARVMUI_ROOT/build/bench" </dev/null
 
 taskset -cp 0 $$ >/dev/null
+arvmui_start_display
 arvmui_prepare_wine
 for name in $names; do
     "$ARVMUI_ROOT/cmake/wine-run" "$ARVMUI_ROOT/build/bench/bin/$name.exe" </dev/null 8>&-

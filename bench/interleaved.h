@@ -58,6 +58,14 @@ Comparison Compare(int rounds, int repetitions, Ours ours, Theirs theirs)
     return {Median(oursTimes), Median(theirsTimes)};
 }
 
+// For what has no limit.
+inline void Report(const char* title, const Comparison& comparison)
+{
+    std::printf("%-58s %9.1f us  %9.1f us  ratio %.3f\n", title, comparison.ours * 1e6, comparison.theirs * 1e6,
+        comparison.Ratio());
+    std::fflush(stdout);
+}
+
 inline void Report(const char* title, const Comparison& comparison, double limit)
 {
     std::printf("%-58s %9.1f us  %9.1f us  ratio %.3f  (at most %.2f)%s\n", title, comparison.ours * 1e6,

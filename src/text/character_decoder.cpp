@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <emmintrin.h>
+#include <numeric>
 
 namespace arvmui
 {
@@ -81,6 +82,15 @@ bool AskSystem(UINT codePage, const BYTE* bytes, size_t count, wchar_t& unit) no
     return true;
 }
 
+// All bytes from 128 up with one question; FALSE unless each gives one unit.
+bool AskForUpperBytes(UINT codePage, wchar_t* units) noexcept
+{
+    constexpr int kCount = CharacterDecoder::kUpperBytes;
+    char bytes[kCount];
+    std::iota(bytes, bytes + kCount, static_cast<char>(kCount));
+    return ::MultiByteToWideChar(codePage, kStrictFlags, bytes, kCount, units, kCount) == kCount;
+}
+
 // Several of the system's settings may be UTF-8.
 UINT ResolveCodePage(UINT codePage) noexcept
 {
@@ -145,7 +155,7 @@ Run TakeThemselves(Run run, signed char limit) noexcept
 // taking them one by one.
 bool StartsAscii(const Run& run) noexcept
 {
-    std::uint64_t bytes;
+    std::uint64_t bytes = 0;
     if (run.Left() < static_cast<ptrdiff_t>(sizeof(bytes))) return *run.next < 128;
     std::memcpy(&bytes, run.next, sizeof(bytes));
     return (bytes & 0x8080'8080'8080'8080) == 0;
@@ -175,7 +185,7 @@ Run TakeThreeByteUtf8(Run run) noexcept
     constexpr unsigned kUnits = 0xC000;
     const auto compose = [](std::uint64_t three)
     { return static_cast<unsigned>((three & 0x0F) << 12 | (three >> 2 & 0x0FC0) | (three >> 16 & 0x3F)); };
-    std::uint64_t bytes;
+    std::uint64_t bytes = 0;
     while (run.Left() >= static_cast<ptrdiff_t>(sizeof(bytes)))
     {
         std::memcpy(&bytes, run.next, sizeof(bytes));
@@ -298,25 +308,27 @@ wchar_t* CharacterDecoder::Remembered(const BYTE* bytes, size_t count) noexcept
     return pairs_.Get() + PairIndex(bytes);
 }
 
-// Asks for all bytes at once where each can only be a character by itself.
+// Asks for all bytes beforehand where each can only be a character by itself.
 void CharacterDecoder::LearnSingleBytes() noexcept
 {
     hasLearnt_ = true;
     CPINFO info;
     if (!::GetCPInfo(realCodePage_, &info) || info.MaxCharSize != 1) return;
     for (size_t value = 0; value < kUpperBytes; ++value) single_[value] = static_cast<wchar_t>(value);
+    const bool known = AskForUpperBytes(realCodePage_, single_ + kUpperBytes);
     isComplete_ = true;
+    isLatin_ = true;
     for (size_t value = kUpperBytes; value < kByteValues; ++value)
     {
+        wchar_t& unit = single_[value];
         const BYTE byte = static_cast<BYTE>(value);
-        if (!AskSystem(realCodePage_, &byte, 1, single_[value]) || !IsUnit(single_[value]))
+        if ((!known && !AskSystem(realCodePage_, &byte, 1, unit)) || !IsUnit(unit))
         {
-            single_[value] = kUnknown;  // asked for again when it comes up
+            unit = kUnknown;  // asked for again when it comes up
             isComplete_ = false;
         }
+        if (value >= kFirstLatin && unit != value) isLatin_ = false;
     }
-    isLatin_ = true;
-    for (size_t value = kFirstLatin; value < kByteValues; ++value) isLatin_ = isLatin_ && single_[value] == value;
 }
 
 size_t CharacterDecoder::DecodeKnown(const BYTE* bytes, size_t count, wchar_t* units, size_t& used) const noexcept

@@ -15,6 +15,8 @@ class CharacterDecoder
 {
 public:
     static constexpr size_t kMaxCharacterBytes = 4;
+    static constexpr size_t kByteValues = 256;
+    static constexpr size_t kUpperBytes = 128;  // byte values from 128 up
 
     // As it was set: the numbers that stand for a setting of the system (CP_ACP and its kin) stay.
     UINT CodePage() const noexcept { return codePage_; }
@@ -29,9 +31,6 @@ public:
     size_t DecodeKnown(const BYTE* bytes, size_t count, wchar_t* units, size_t& used) const noexcept;
 
 private:
-    static constexpr size_t kByteValues = 256;
-    static constexpr size_t kUpperBytes = 128;  // byte values from 128 up
-
     void LearnSingleBytes() noexcept;
     wchar_t* Remembered(const BYTE* bytes, size_t count) noexcept;
 

@@ -8,7 +8,7 @@ namespace arvmui_test
 namespace
 {
 
-constexpr DWORD kRoomyChars = 4096;
+constexpr DWORD kRoomyChars = 65536;
 
 std::vector<std::wstring> Split(const Wide& answer)
 {

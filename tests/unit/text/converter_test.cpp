@@ -57,6 +57,12 @@ int WINAPI Convert(UINT codePage, DWORD flags, LPCCH text, int length, LPWSTR un
     return real(codePage, flags, text, length, units, capacity);
 }
 
+BOOL WINAPI CodePageInformation(UINT codePage, DWORD flags, LPCPINFOEXW information)
+{
+    static const auto real = ARVMUI_REAL_FUNCTION(L"kernel32.dll", GetCPInfoExW);
+    return real(g_ansiIsUtf8 && codePage == CP_THREAD_ACP ? CP_UTF8 : codePage, flags, information);
+}
+
 UINT WINAPI AnsiCodePage()
 {
     static const auto real = ARVMUI_REAL_FUNCTION(L"kernel32.dll", GetACP);
@@ -113,6 +119,15 @@ TEST_F(ConverterTest, Utf8AsTheAnsiCodePage)
     EXPECT_EQ(ReadInRuns(path, CP_ACP), expected);
 }
 
+TEST_F(ConverterTest, Utf8AsTheCodePageOfTheThread)
+{
+    const std::wstring path = Write("a\xE6\x97\xA5\xC3\xA4\n\xF0\x9F\x98\x80z\xC3\n\xE2\x82");
+    const std::wstring expected = L"a\x65E5\x00E4\n\xFFFD\xFFFD\xFFFD\xFFFDz\xFFFD\n\xFFFD\xFFFD";
+    g_ansiIsUtf8 = true;
+    EXPECT_EQ(ReadOneByOne(path, CP_THREAD_ACP), expected);
+    EXPECT_EQ(ReadInRuns(path, CP_THREAD_ACP), expected);
+}
+
 TEST_F(ConverterTest, CodePageOfCharactersOfOneTwoAndFourBytes)
 {
     const std::wstring path = Write("a\x81\x40z\x81\x30\x81\x35\n\xFE\xFEq\x81");
@@ -126,4 +141,5 @@ TEST_F(ConverterTest, CodePageOfCharactersOfOneTwoAndFourBytes)
 }  // namespace arvmui_test
 
 ARVMUI_REPLACE_IMPORT(MultiByteToWideChar, &arvmui_test::Convert)
+ARVMUI_REPLACE_IMPORT(GetCPInfoExW, &arvmui_test::CodePageInformation)
 ARVMUI_REPLACE_IMPORT(GetACP, &arvmui_test::AnsiCodePage)

@@ -3,18 +3,13 @@
 
 #include "memory_file.h"
 #include "plain_profile.h"
+#include "profile_comparison.h"
 #include "settings_generator.h"
-
-#include "arvmui.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdlib>
-#include <sstream>
 #include <string>
-#include <type_traits>
-#include <vector>
 
 namespace arvmui_test
 {
@@ -23,76 +18,11 @@ namespace
 
 constexpr unsigned kDefaultFiles = 20000;
 constexpr unsigned kQuestionsPerFile = 6;
-constexpr size_t kGuardChars = 8;
 
 unsigned FileCount()
 {
     const char* const count = std::getenv("ARVMUI_GENERATED_FILES");
     return count ? static_cast<unsigned>(std::strtoul(count, nullptr, 10)) : kDefaultFiles;
-}
-
-DWORD Call(const wchar_t* section, const wchar_t* key, const wchar_t* defaultValue, wchar_t* buffer, DWORD size)
-{
-    return ARVMUI_GetPrivateProfileStringW(section, key, defaultValue, buffer, size, MemoryFile::kName);
-}
-
-DWORD Call(const char* section, const char* key, const char* defaultValue, char* buffer, DWORD size)
-{
-    return ARVMUI_GetPrivateProfileStringA(section, key, defaultValue, buffer, size, MemoryFile::kNarrowName);
-}
-
-template <typename Char>
-ProfileAnswer<Char> AskLibrary(const ProfileQuery<Char>& query, bool& wroteBehind)
-{
-    const Char* section = query.section ? query.section->c_str() : nullptr;
-    if (query.anySection) section = reinterpret_cast<const Char*>(~ULONG_PTR{0});
-    constexpr Char kFilling = static_cast<Char>(0x5A);
-    std::vector<Char> buffer(query.size + kGuardChars, kFilling);
-    ProfileAnswer<Char> answer;
-    answer.result = Call(section, query.key ? query.key->c_str() : nullptr,
-        query.defaultValue ? query.defaultValue->c_str() : nullptr, buffer.data(), query.size);
-    wroteBehind = std::any_of(buffer.begin() + query.size, buffer.end(), [](Char c) { return c != kFilling; });
-    buffer.resize(query.size);
-    answer.buffer = buffer;
-    return answer;
-}
-
-template <typename Text>
-std::string Visible(const Text& text)
-{
-    std::ostringstream out;
-    out << std::hex << '"';
-    for (const auto character : text)
-    {
-        const unsigned value = static_cast<std::make_unsigned_t<std::decay_t<decltype(character)>>>(character);
-        if (value >= 32 && value < 127)
-            out << static_cast<char>(value);
-        else
-            out << "<" << value << ">";
-    }
-    out << '"';
-    return out.str();
-}
-
-template <typename Char>
-std::string Visible(const ProfileQuery<Char>& query)
-{
-    std::ostringstream out;
-    out << "section "
-        << (query.anySection   ? "any"
-               : query.section ? Visible(*query.section)
-                               : "NULL")
-        << ", key " << (query.key ? Visible(*query.key) : "NULL") << ", default "
-        << (query.defaultValue ? Visible(*query.defaultValue) : "NULL") << ", size " << query.size;
-    return out.str();
-}
-
-template <typename Char>
-std::string Visible(const ProfileAnswer<Char>& answer)
-{
-    std::basic_string<Char> text(answer.buffer.begin(), answer.buffer.end());
-    while (!text.empty() && text.back() == Char{}) text.pop_back();
-    return std::to_string(answer.result) + " " + Visible(text);
 }
 
 // What kinds of answers came, lest the generator made nothing but failures.
@@ -122,18 +52,6 @@ struct Tally
     }
 };
 
-template <typename Char>
-void ExpectPlainAnswer(const MemoryFile& file, const ProfileQuery<Char>& query, Tally& tally)
-{
-    const ProfileAnswer<Char> expected = AnswerPlainly(file.bytes, query);
-    bool wroteBehind = false;
-    const ProfileAnswer<Char> got = AskLibrary(query, wroteBehind);
-    tally.Count(query, got);
-    ASSERT_EQ(Visible(expected), Visible(got)) << Visible(file.bytes) << "\n" << Visible(query);
-    ASSERT_TRUE(expected == got) << Visible(file.bytes) << "\n" << Visible(query);
-    ASSERT_FALSE(wroteBehind) << Visible(file.bytes) << "\n" << Visible(query);
-}
-
 void ExpectEachKind(const Tally& tally, unsigned files)
 {
     const unsigned least = files / 200;
@@ -157,7 +75,9 @@ TEST(GeneratedSettings, WideAnswersAreThePlainOnes)
         MemoryFile file(generator.File());
         for (unsigned k = 0; k < kQuestionsPerFile; ++k)
         {
-            ASSERT_NO_FATAL_FAILURE(ExpectPlainAnswer(file, generator.WideQuery(), tally));
+            const auto query = generator.WideQuery();
+            tally.Count(query, ExpectPlainAnswer(file, query));
+            ASSERT_FALSE(HasFailure());
         }
         ASSERT_EQ(file.openings.size(), static_cast<size_t>(file.closings));
     }
@@ -175,7 +95,9 @@ TEST(GeneratedSettings, NarrowAnswersAreThePlainOnes)
         MemoryFile file(generator.File());
         for (unsigned k = 0; k < kQuestionsPerFile; ++k)
         {
-            ASSERT_NO_FATAL_FAILURE(ExpectPlainAnswer(file, generator.NarrowQuery(), tally));
+            const auto query = generator.NarrowQuery();
+            tally.Count(query, ExpectPlainAnswer(file, query));
+            ASSERT_FALSE(HasFailure());
         }
         ASSERT_EQ(file.openings.size(), static_cast<size_t>(file.closings));
     }
