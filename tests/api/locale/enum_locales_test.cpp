@@ -352,28 +352,6 @@ TEST_F(EnumLocales, AnswerIsCutAtSixtyThreeCharacters)
     EXPECT_EQ(Offered(L"ask"), Repeat(63) + L"|en|..|..\\en|");
 }
 
-TEST_F(EnumLocales, AskingInVainEndsItsListAndIsDoneOnce)
-{
-    EXPECT_EQ(Offered(L"nl,ask,ja"), L"nl|en|..|..\\en|");
-    EXPECT_EQ(Hint(HINT_ASKED), L"\t");
-    EXPECT_EQ(Offered(L"nl,ask,ja"), L"nl|ja|en|..|..\\en|");
-    EXPECT_EQ(Hint(HINT_ASKED), L"\t");
-}
-
-TEST_F(EnumLocales, AskingInVainInAHintEndsTheHintsListOnly)
-{
-    SetHint(HINT_SETTINGS_FILE, L"nl,ask,pl");
-    EXPECT_EQ(Offered(L"kiv,ja"), L"nl|ja|en|..|..\\en|");
-}
-
-TEST_F(EnumLocales, AskedForALocaleOnlyWhenTheListGetsThere)
-{
-    CandidateRecorder recorder;
-    recorder.accepted = L"nl";
-    EXPECT_EQ(ARVMUI_EnumLocalesW(L"nl,ask", CandidateRecorder::Record, &recorder), 1u);
-    EXPECT_EQ(Hint(HINT_ASKED), L"");
-}
-
 TEST_F(EnumLocales, ReadsOtherHintsWithoutChangingThem)
 {
     SetHint(HINT_COMMAND_LINE, L"kiv,msie,ask");
@@ -426,6 +404,7 @@ TEST_F(EnumLocales, LastErrorIsLeftToTheConsumer)
 TEST_F(EnumLocales, LeavesNoMemoryBehind)
 {
     SetHint(HINT_SETTINGS_FILE, L"nl");
+    SetHint(HINT_ASKED, L"pl");
     const auto consumer = [](const wchar_t*, void*) -> DWORD { return 0; };
     const auto narrowConsumer = [](const char*, void*) -> DWORD { return 0; };
     ARVMUI_EnumLocalesW(nullptr, consumer, nullptr);

@@ -137,16 +137,6 @@ TEST(LocaleSource, EmptyOptionCountsAsNone)
     EXPECT_EQ(report.Text("commandLine"), L"loader.exe x");
 }
 
-TEST(LocaleSource, AskingIsNoAnswerAndIsNotedAsAsked)
-{
-    const ScratchRegistry registry;
-    Arrangement arrangement;
-    arrangement.commandLine = L"loader.exe /uilocale:ask,de";
-    const Report report = RunLoader(registry, arrangement);
-    EXPECT_EQ(report.Text("askedHint"), L"\t");
-    EXPECT_EQ(report.Number("windows"), 0u);
-}
-
 TEST(LocaleSource, OtherHintsStayEmpty)
 {
     const Report report = RunHost(L"host.exe /uilocale:de");

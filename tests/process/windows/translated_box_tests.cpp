@@ -1,6 +1,7 @@
 // Message boxes of whole programs, read from outside: the option on the command line decides the
 // language of the buttons and of the library's own errors.
 #include "arvmui.h"
+#include "running_host.h"
 #include "support/box_window.h"
 #include "support/temporary_folder.h"
 
@@ -13,63 +14,16 @@ namespace
 {
 
 using arvmui_test::BoxContents;
+using arvmui_test::RunningHost;
 using Labels = std::map<int, std::wstring>;
 
-constexpr ULONGLONG kPatienceMs = 20000;
-constexpr DWORD kPollMs = 10;
 constexpr UINT kErrorCaption = 900;
 constexpr UINT kLibraryNotFound = 903;
 
-// A program that is running; ended with the object if it has not ended by itself.
-class RunningHost
+RunningHost StartHost(const std::wstring& arguments)
 {
-public:
-    explicit RunningHost(const std::wstring& arguments)
-    {
-        const std::wstring program = (arvmui_test::TestProgramFolder() / L"box_host.exe").wstring();
-        std::wstring line = L"\"" + program + L"\" " + arguments;
-        STARTUPINFOW startup = {};
-        startup.cb = sizeof(startup);
-        started_ =
-            ::CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process_)
-            != FALSE;
-    }
-    ~RunningHost()
-    {
-        if (!started_) return;
-        if (::WaitForSingleObject(process_.hProcess, 0) == WAIT_TIMEOUT) ::TerminateProcess(process_.hProcess, 1);
-        ::CloseHandle(process_.hThread);
-        ::CloseHandle(process_.hProcess);
-    }
-    RunningHost(const RunningHost&) = delete;
-    RunningHost& operator=(const RunningHost&) = delete;
-
-    // The box that the program shows; null when it ends without one or none appears in a while.
-    HWND WaitForBox() const
-    {
-        const ULONGLONG end = ::GetTickCount64() + kPatienceMs;
-        while (started_ && ::GetTickCount64() < end)
-        {
-            const auto boxes = arvmui_test::VisibleDialogsOfProcess(process_.dwProcessId);
-            if (!boxes.empty()) return boxes.front();
-            if (::WaitForSingleObject(process_.hProcess, kPollMs) != WAIT_TIMEOUT) return nullptr;
-        }
-        return nullptr;
-    }
-
-    // The program's exit code once it has ended.
-    DWORD ExitCode() const
-    {
-        DWORD code = STILL_ACTIVE;
-        if (::WaitForSingleObject(process_.hProcess, static_cast<DWORD>(kPatienceMs)) == WAIT_OBJECT_0)
-            ::GetExitCodeProcess(process_.hProcess, &code);
-        return code;
-    }
-
-private:
-    PROCESS_INFORMATION process_ = {};
-    bool started_ = false;
-};
+    return RunningHost(arvmui_test::TestProgramFolder() / L"box_host.exe", arguments);
+}
 
 std::wstring Translation(const wchar_t* locale, UINT id)
 {
@@ -88,7 +42,7 @@ TEST(TranslatedBox, SpeaksTheLanguageOfTheCommandLine)
 {
     for (const wchar_t* const locale : {L"de", L"ja", L"es"})
     {
-        const RunningHost host(L"/uilocale:" + std::wstring(locale) + L" box 0x3");
+        const RunningHost host = StartHost(L"/uilocale:" + std::wstring(locale) + L" box 0x3");
         const HWND box = host.WaitForBox();
         ASSERT_NE(box, nullptr) << locale;
         const BoxContents contents = arvmui_test::ReadBox(box);
@@ -103,7 +57,7 @@ TEST(TranslatedBox, SpeaksTheLanguageOfTheCommandLine)
 
 TEST(TranslatedBox, WithoutThreadSlotsIsShownUntranslated)
 {
-    const RunningHost host(L"/uilocale:ja no-slot 0x4");
+    const RunningHost host = StartHost(L"/uilocale:ja no-slot 0x4");
     const HWND box = host.WaitForBox();
     ASSERT_NE(box, nullptr);
     const BoxContents contents = arvmui_test::ReadBox(box);
@@ -119,7 +73,7 @@ TEST(TranslatedBox, ErrorsOfTheLibrarySpeakTheLanguageToo)
 {
     for (const wchar_t* const locale : {L"de", L"fr"})
     {
-        const RunningHost host(L"/uilocale:" + std::wstring(locale) + L" missing");
+        const RunningHost host = StartHost(L"/uilocale:" + std::wstring(locale) + L" missing");
         const HWND box = host.WaitForBox();
         ASSERT_NE(box, nullptr) << locale;
         const BoxContents contents = arvmui_test::ReadBox(box);
