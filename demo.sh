@@ -1,13 +1,21 @@
 #!/bin/sh
-# Shows what ARVMUI does: builds the library and the sample program and runs the sample under Wine, in one
-# language after another: ./demo.sh
+# Shows what ARVMUI does: builds the library and the sample programs and runs them under Wine, in one
+# language after another: ./demo.sh [--installer]
+#
+# With --installer it installs and removes the sample's installer package instead, in two languages.
 #
 # Needs Debian 12 (or a system with the same packages); missing packages are installed with apt-get, as root
 # or through sudo. Asks nothing and ends by itself; exit code 0 means: every run greeted in the right language.
 set -eu
 . "$(dirname -- "$0")/scripts/prepare.sh"
+. "$ARVMUI_ROOT/scripts/demo-installer"
 
-[ $# -eq 0 ] || arvmui_fail "usage: ./demo.sh"
+part=${1:-languages}
+case $part in
+    languages | --installer) ;;
+    *) arvmui_fail "usage: ./demo.sh [--installer]" ;;
+esac
+[ $# -le 1 ] || arvmui_fail "usage: ./demo.sh [--installer]"
 
 english='Hello! This program speaks English.'
 german='Hallo! Dieses Programm spricht Deutsch.'
@@ -62,8 +70,29 @@ remove_setting()
     run_program reg delete "$settings" /v UILocale /f >/dev/null 2>&1 || true
 }
 
+finish()
+{
+    echo
+    if [ "$failed" -ne 0 ]; then
+        arvmui_say "The demonstration failed"
+    else
+        arvmui_say "$1"
+    fi
+    exit "$failed"
+}
+
+if [ "$part" = --installer ]; then
+    arvmui_require_packages
+    arvmui_build mingw-release installer_sample
+    arvmui_start_display
+    arvmui_prepare_wine
+    cd -- "$ARVMUI_ROOT/build/mingw-release/bin"
+    demo_installer
+    finish "Both installations spoke the expected language"
+fi
+
 arvmui_require_packages locales
-arvmui_build mingw-release hello answer_box
+arvmui_build mingw-release hello answer_box phrasebook_tour
 arvmui_start_display
 arvmui_prepare_wine
 remove_setting
@@ -115,10 +144,14 @@ if ! printf '%s\n' "$output" | grep -qF '[&Ja]'; then
     failed=1
 fi
 
-echo
-if [ "$failed" -ne 0 ]; then
-    arvmui_say "The demonstration failed"
-else
-    arvmui_say "Every run spoke the expected language"
-fi
-exit "$failed"
+german_window='  Dieses Programm spricht Deutsch (de-DE).'
+japanese_window='  このプログラムは日本語で話します (ja-JP)。'
+make_locale de_DE
+export LOCPATH="$locale_folder" ARVMUI_WINE_LOCALE=de_DE.UTF-8
+show "A program with a window on a German system; its user prefers Japanese from now on" \
+    1 "$german_window" phrasebook_tour.exe /prefer:Japanese
+show "The same program, started again" 1 "$japanese_window" phrasebook_tour.exe
+unset LOCPATH ARVMUI_WINE_LOCALE
+remove_setting
+
+finish "Every run spoke the expected language"

@@ -14,7 +14,7 @@ ARVMUI_ROOT=$(CDPATH='' cd -- "$(dirname -- "$0")" && pwd -P)
 export ARVMUI_ROOT
 
 ARVMUI_BUILD_PACKAGES="cmake ninja-build googletest libcli11-dev nlohmann-json3-dev g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix
-    mingw-w64-x86-64-dev binutils-mingw-w64-x86-64"
+    mingw-w64-x86-64-dev binutils-mingw-w64-x86-64 msitools gcab"
 ARVMUI_RUN_PACKAGES="wine wine64 xvfb util-linux"
 
 arvmui_exit_commands=:

@@ -43,7 +43,7 @@ std::set<std::string> ReadDefinedExports(const char* file)
 bool IsAllowedDll(const std::string& name)
 {
     static const std::set<std::string> allowed{
-        "KERNEL32.DLL", "USER32.DLL", "ADVAPI32.DLL", "SHELL32.DLL", "MSVCRT.DLL", "UCRTBASE.DLL"};
+        "KERNEL32.DLL", "USER32.DLL", "GDI32.DLL", "ADVAPI32.DLL", "SHELL32.DLL", "MSVCRT.DLL", "UCRTBASE.DLL"};
     return allowed.contains(name) || name.starts_with("API-MS-WIN-CRT-");
 }
 

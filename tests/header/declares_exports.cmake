@@ -7,8 +7,9 @@ list(TRANSFORM exports STRIP)
 list(SORT exports)
 
 file(READ "${HEADER}" text)
-string(REGEX MATCHALL "ARVMUI_CALL[ \t\r\n]+ARVMUI_[A-Za-z0-9_]+[ \t\r\n]*\\(" declared "${text}")
-list(TRANSFORM declared REPLACE "^ARVMUI_CALL[ \t\r\n]+" "")
+# Entry points for other programs are declared as callbacks.
+string(REGEX MATCHALL "ARVMUI_CALL(BACK)?[ \t\r\n]+ARVMUI_[A-Za-z0-9_]+[ \t\r\n]*\\(" declared "${text}")
+list(TRANSFORM declared REPLACE "^ARVMUI_CALL(BACK)?[ \t\r\n]+" "")
 list(TRANSFORM declared REPLACE "[ \t\r\n]*\\($" "")
 list(SORT declared)
 
