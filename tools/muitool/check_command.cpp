@@ -76,56 +76,60 @@ public:
         if (std::find(locales_.begin(), locales_.end(), L"en") == locales_.end() && reference_ != L"en")
             findings_.Add(
                 folder_ / L"en", 0, "missing-fallback", "there is no folder \"en\", the last resort of every search");
-        if (hasReference) ReadReferences();
+        for (const std::wstring& locale : locales_) ReadLocale(locale);
         for (const std::wstring& locale : locales_) CheckLocale(locale);
         return findings_;
     }
 
 private:
-    void ReadReferences()
+    void ReadLocale(const std::wstring& locale)
     {
-        for (const fs::path& path : ResourceLibraries(folder_ / reference_))
+        for (const fs::path& path : ResourceLibraries(folder_ / locale))
         {
+            CheckImage(path, findings_);
             Translation translation;
-            if (ReadOrReport(path, translation, findings_)) references_[path.filename().wstring()] = translation;
+            if (!ReadOrReport(path, translation, findings_)) continue;
+            files_[path.filename().wstring()][locale] = std::move(translation);
         }
     }
 
     void CheckLocale(const std::wstring& locale)
     {
-        for (const auto& [name, reference] : references_)
-            if (!fs::exists(folder_ / locale / name))
+        for (const auto& [name, locales] : files_)
+        {
+            const auto own = locales.find(locale);
+            const auto reference = locales.find(reference_);
+            if (own != locales.end())
+                CheckFile(own->second, reference == locales.end() ? nullptr : &reference->second, Languages(locales));
+            else if (reference != locales.end() && !fs::exists(folder_ / locale / name))
                 findings_.Add(folder_ / locale / name, 0, "missing-file", "the file is not translated");
-        for (const fs::path& path : ResourceLibraries(folder_ / locale)) CheckFile(path, locale);
+        }
     }
 
-    void CheckFile(const fs::path& path, const std::wstring& locale)
+    static std::map<std::wstring, LANGID> Languages(const std::map<std::wstring, Translation>& locales)
     {
-        CheckImage(path, findings_);
-        Translation translation;
-        // The reference has been read, and reported if that failed.
-        const auto reference = references_.find(path.filename().wstring());
-        if (locale == reference_)
-        {
-            if (reference == references_.end()) return;
-            translation = reference->second;
-        }
-        else if (!ReadOrReport(path, translation, findings_))
-            return;
+        std::map<std::wstring, LANGID> languages;
+        for (const auto& [locale, translation] : locales) languages[locale] = translation.Language();
+        return languages;
+    }
+
+    void CheckFile(
+        const Translation& translation, const Translation* reference, const std::map<std::wstring, LANGID>& languages)
+    {
         CheckTexts(translation, findings_);
         CheckDialogs(translation, findings_);
-        CheckFallback(translation, locales_, findings_);
-        if (locale == reference_) return;
-        if (reference != references_.end())
-            CompareTranslations(reference->second, translation, findings_);
-        else if (!references_.empty())
-            findings_.Add(path, 0, "extra-file", "the reference has no such file");
+        CheckFallback(translation, languages, findings_);
+        if (translation.folder == reference_) return;
+        if (reference)
+            CompareTranslations(*reference, translation, findings_);
+        else if (fs::exists(folder_ / reference_))
+            findings_.Add(translation.path, 0, "extra-file", "the reference has no such file");
     }
 
     fs::path folder_;
     std::wstring reference_;
     std::vector<std::wstring> locales_;
-    std::map<std::wstring, Translation> references_;  // by file name
+    std::map<std::wstring, std::map<std::wstring, Translation>> files_;  // by file name, then locale
     Findings findings_;
 };
 

@@ -11,8 +11,12 @@ namespace
 
 std::string Line(const Finding& finding)
 {
-    return Utf8(finding.file.wstring()) + '(' + std::to_string(finding.resource) + "): " + finding.kind + ": "
-           + finding.text;
+    std::string line = Utf8(finding.file.wstring()) + '(' + std::to_string(finding.resource) + "): " + finding.kind
+                       + ": " + finding.text;
+    // A text that is quoted may have lines of its own.
+    for (std::size_t at = line.find_first_of("\r\n"); at != std::string::npos; at = line.find_first_of("\r\n", at))
+        line.replace(at, 1, line[at] == '\n' ? "\\n" : "\\r");
+    return line;
 }
 
 void PrintJson(const Findings& findings)

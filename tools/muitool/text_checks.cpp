@@ -48,13 +48,22 @@ bool IsOffered(LANGID language, const std::wstring& folder)
     return search.found;
 }
 
-// Whether an identifier stands for the language of a tag. Identifiers that the system does not know
-// are taken on trust.
+DWORD ARVMUI_CALLBACK TakeFirst(const WCHAR* locale, void* context)
+{
+    if (locale) *static_cast<std::wstring*>(context) = locale;
+    return TRUE;
+}
+
+// Whether an identifier stands for the language of a tag, for the system or for the library, whose
+// names for a few languages differ. Identifiers that the system does not know are taken on trust.
 bool IsLanguageOf(LANGID language, const std::wstring& tag)
 {
     wchar_t name[LOCALE_NAME_MAX_LENGTH] = L"";
     if (::LCIDToLocaleName(MAKELCID(language, SORT_DEFAULT), name, LOCALE_NAME_MAX_LENGTH, 0) == 0) return true;
-    return StartsWithTag(name, tag.substr(0, tag.find_first_of(L"-_")));
+    if (StartsWithTag(name, tag.substr(0, tag.find_first_of(L"-_")))) return true;
+    std::wstring own;
+    Library().ARVMUI_EnumLocalesW(MAKEINTRESOURCEW(language), TakeFirst, &own);
+    return ::CompareStringOrdinal(own.c_str(), -1, tag.c_str(), -1, TRUE) == CSTR_EQUAL;
 }
 
 void CheckIdentity(const Translation& translation, Findings& findings)
@@ -69,7 +78,7 @@ void CheckIdentity(const Translation& translation, Findings& findings)
         return;
     }
     const bool isOwnLanguage = language != 0 && IsLanguageOf(language, tag);
-    // The library's names for a few languages differ from the system's; a folder named so is right too.
+    // A folder may have the library's name for the language.
     if (!StartsWithTag(tag, translation.folder) && !(isOwnLanguage && IsOffered(language, translation.folder)))
         findings.Add(translation.path, kTagString, "locale-tag",
             "the tag \"" + Utf8(tag) + "\" does not fit the folder \"" + Utf8(translation.folder) + '"');
@@ -78,8 +87,11 @@ void CheckIdentity(const Translation& translation, Findings& findings)
             "the identifier does not stand for the language of the tag \"" + Utf8(tag) + '"');
 }
 
-bool IsRepresentable(const std::wstring& text, UINT codePage)
+bool IsRepresentable(std::wstring text, UINT codePage)
 {
+    // Persian writes another yeh than the code page has; Windows stores the one for the other.
+    constexpr UINT kArabic = 1256;
+    if (codePage == kArabic) std::replace(text.begin(), text.end(), L'\u06CC', L'\u064A');
     BOOL lost = FALSE;
     ::WideCharToMultiByte(
         codePage, WC_NO_BEST_FIT_CHARS, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr, &lost);
@@ -114,21 +126,22 @@ void CheckTexts(const Translation& translation, Findings& findings)
     CheckCodePage(translation, findings);
 }
 
-void CheckFallback(const Translation& translation, const std::vector<std::wstring>& folders, Findings& findings)
+void CheckFallback(const Translation& translation, const std::map<std::wstring, LANGID>& folders, Findings& findings)
 {
     const LANGID language = translation.Language();
     if (language == 0) return;
-    if (!IsOffered(language, translation.folder))
+    const bool isServed = std::any_of(folders.begin(), folders.end(),
+        [language](const auto& folder) { return folder.second == language && IsOffered(language, folder.first); });
+    if (!isServed && !IsOffered(language, translation.folder))
         findings.Add(translation.path, kLanguageString, "fallback",
             "users of this language are never offered the folder \"" + Utf8(translation.folder)
                 + "\"; only its name in a locale list leads to it");
 
     // A folder for all of Chinese serves those badly who write the other script.
-    const bool isAllChinese = ::CompareStringOrdinal(translation.folder.c_str(), -1, L"zh", -1, TRUE) == CSTR_EQUAL;
-    if (!isAllChinese) return;
+    if (::CompareStringOrdinal(translation.folder.c_str(), -1, L"zh", -1, TRUE) != CSTR_EQUAL) return;
     const bool isSimplified = language == 0x0804 || language == 0x1004 || language == 0x0004;
     const std::wstring other = isSimplified ? L"zh-TW" : L"zh-CN";
-    if (std::find(folders.begin(), folders.end(), other) == folders.end())
+    if (!folders.contains(other))
         findings.Add(translation.path, kLanguageString, "fallback",
             "users of " + Utf8(other)
                 + " get this folder, which writes the other script; it needs a folder of its own");

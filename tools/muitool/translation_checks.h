@@ -11,8 +11,9 @@ void CompareTranslations(const Translation& reference, const Translation& transl
 void CheckTexts(const Translation& translation, Findings& findings);
 void CheckDialogs(const Translation& translation, Findings& findings);
 
-// Whether the users of its language ever get it. `folders` are the names of all locale folders.
-void CheckFallback(const Translation& translation, const std::vector<std::wstring>& folders, Findings& findings);
+// Whether the users of its language ever get it, or another folder of the same language. `folders` are
+// the locale folders that hold the file, with the languages that they name.
+void CheckFallback(const Translation& translation, const std::map<std::wstring, LANGID>& folders, Findings& findings);
 
 // The file as a file: resources only, no code.
 void CheckImage(const std::filesystem::path& path, Findings& findings);

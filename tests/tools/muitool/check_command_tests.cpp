@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <functional>
 
@@ -189,6 +190,43 @@ TEST_F(Check, AFolderThatItsLanguageNeverReaches)
     changed.strings[2] = L"0x241A";
     WriteTranslation(original, changed, latin);
     EXPECT_THAT(Findings(), testing::Contains("fallback 2"));
+}
+
+TEST_F(Check, TheLibrarysNamesForALanguageAreRight)
+{
+    for (const auto& [folder, tag] : {std::pair(L"nn", L"nn-NO"), std::pair(L"nb", L"nb-NO")})
+    {
+        const fs::path library = folder_.Path() / folder / kFile;
+        fs::create_directories(library.parent_path());
+        fs::copy_file(folder_.Path() / L"en" / kFile, library);
+        const Translation original = ReadTranslation(library);
+        Translation changed = original;
+        changed.strings[1] = tag;
+        changed.strings[2] = L"0x0414";
+        WriteTranslation(original, changed, library);
+    }
+    EXPECT_THAT(Findings(), IsEmpty());
+}
+
+TEST_F(Check, ThePersianYehExistsInItsCodePage)
+{
+    const fs::path library = folder_.Path() / L"fa" / kFile;
+    fs::create_directories(library.parent_path());
+    fs::copy_file(folder_.Path() / L"en" / kFile, library);
+    const Translation original = ReadTranslation(library);
+    Translation changed = original;
+    changed.strings[1] = L"fa-IR";
+    changed.strings[2] = L"0x0429";
+    changed.strings[80] = L"\u0641\u0627\u0631\u0633\u06CC";
+    WriteTranslation(original, changed, library);
+    EXPECT_THAT(Findings(), testing::Not(testing::Contains("code-page 80")));
+}
+
+TEST_F(Check, AFindingIsOneLine)
+{
+    Change([](Translation& german) { german.strings[908] += L"\n\u65E5"; });
+    const ToolResult result = RunTool({L"check", folder_.Path().wstring()});
+    EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), 1) << result.output;
 }
 
 TEST_F(Check, OneChineseFolderServesHalfOfItsReaders)
