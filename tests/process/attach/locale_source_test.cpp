@@ -93,22 +93,22 @@ TEST(LocaleSource, SystemDecidesWhereThereIsNothingForTheUser)
 {
     const ScratchRegistry registry;
     Arrangement arrangement;
-    arrangement.userLanguage = 0x0419;  // no Russian resources
+    arrangement.userLanguage = 0x0437;  // no Georgian resources
     arrangement.systemLanguage = 0x0C07;
     const Report report = RunLoader(registry, arrangement);
     ExpectLocale(report, L"de", L"de-DE", 0x0407);
-    EXPECT_EQ(report.Text("commandLineHint"), L"kiv,ru-RU,de-AT");
+    EXPECT_EQ(report.Text("commandLineHint"), L"kiv,ka-GE,de-AT");
 }
 
 TEST(LocaleSource, EnglishDecidesWhereThereIsNothingForEither)
 {
     const ScratchRegistry registry;
     Arrangement arrangement;
-    arrangement.userLanguage = 0x0419;
-    arrangement.systemLanguage = 0x0415;
+    arrangement.userLanguage = 0x0437;
+    arrangement.systemLanguage = 0x042B;
     const Report report = RunLoader(registry, arrangement);
     ExpectLocale(report, L"en", L"en-US", 0x0409);
-    EXPECT_EQ(report.Text("commandLineHint"), L"kiv,ru-RU,pl-PL");
+    EXPECT_EQ(report.Text("commandLineHint"), L"kiv,ka-GE,hy-AM");
 }
 
 // An option that expands to nothing leaves nothing to hand on, and the search falls back to English.

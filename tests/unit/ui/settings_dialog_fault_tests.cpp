@@ -256,7 +256,7 @@ TEST_F(SettingsDialogFault, LackOfMemoryForTheTextEndsTheDialogWithoutAMessage)
         ASSERT_TRUE(settings.Click(ARVMUI_CONTROL_REMOVE));
         FailAllocation(0, From::kStart, false);  // a message would find memory
         settings.Press(button);
-        EXPECT_TRUE(settings.Ends()) << button;
+        ASSERT_TRUE(settings.Ends()) << button;
         g_system.allocationsUntilFailure = -1;
         EXPECT_FALSE(settings.Result()) << button;
         EXPECT_EQ(Stored(), L"de-DE,fr-FR") << button;
@@ -323,7 +323,7 @@ TEST_F(SettingsDialogFault, AddDialogThatCannotBeMadeIsReportedAndEndsTheSetting
     OpenSettings settings;
     settings.Press(ARVMUI_CONTROL_ADD);
     EXPECT_EQ(AnswerBox(settings), L"908:" + std::to_wstring(kDialogError));
-    EXPECT_TRUE(settings.Ends());
+    ASSERT_TRUE(settings.Ends());
     EXPECT_FALSE(settings.Result());
     EXPECT_EQ(Stored(), L"de-DE");
 }
@@ -340,7 +340,7 @@ TEST_F(SettingsDialogFault, WriteFailureIsReportedWithItsCode)
         ASSERT_TRUE(settings.Add({0}));
         settings.Press(button);
         EXPECT_EQ(AnswerBox(settings), L"906:" + std::to_wstring(ERROR_NO_SYSTEM_RESOURCES));
-        EXPECT_TRUE(settings.Ends());
+        ASSERT_TRUE(settings.Ends());
         EXPECT_FALSE(settings.Result());
         EXPECT_EQ(Stored(), L"de-DE");
         g_system.writeStatus = ERROR_SUCCESS;
@@ -354,7 +354,7 @@ TEST_F(SettingsDialogFault, WriteFailureIsNotReportedWhilePopupsAreOff)
     g_system.writeStatus = ERROR_NO_SYSTEM_RESOURCES;
     OpenSettings settings;
     settings.Press(IDOK);
-    EXPECT_TRUE(settings.Ends());
+    ASSERT_TRUE(settings.Ends());
     EXPECT_FALSE(settings.Result());
 }
 
@@ -370,7 +370,7 @@ TEST_F(SettingsDialogFault, RemovalFailureIsReportedWithItsCode)
         ASSERT_TRUE(settings.Click(ARVMUI_CONTROL_REMOVE));
         settings.Press(button);
         EXPECT_EQ(AnswerBox(settings), L"907:" + std::to_wstring(ERROR_KEY_DELETED));
-        EXPECT_TRUE(settings.Ends());
+        ASSERT_TRUE(settings.Ends());
         EXPECT_FALSE(settings.Result());
         EXPECT_EQ(Stored(), L"de-DE");
     }
@@ -382,7 +382,7 @@ TEST_F(SettingsDialogFault, RemovalOfWhatIsNotThereSucceeds)
     g_system.deletionStatus = ERROR_FILE_NOT_FOUND;
     OpenSettings settings;
     settings.Press(IDOK);
-    EXPECT_TRUE(settings.Ends());
+    ASSERT_TRUE(settings.Ends());
     EXPECT_TRUE(settings.Result());
 }
 
@@ -400,7 +400,7 @@ TEST_F(SettingsDialogFault, SuccessAfterAFailureIsOne)
     g_system.failsDeletion = false;
     OpenSettings settings;
     settings.Press(IDOK);
-    EXPECT_TRUE(settings.Ends());
+    ASSERT_TRUE(settings.Ends());
     EXPECT_TRUE(settings.Result());
 }
 

@@ -238,10 +238,10 @@ TEST_F(SettingsDialogOpening, EndedFromOutsideWithMinusOneIsReported)
     OpenSettings settings;
     const HWND dialog = settings.Window();
     ASSERT_NE(dialog, nullptr);
+    const DWORD thread = ::GetWindowThreadProcessId(dialog, nullptr);  // while the dialog is there to ask
     ::EndDialog(dialog, -1);
     ::PostMessageW(dialog, WM_NULL, 0, 0);
     HWND box = nullptr;
-    const DWORD thread = ::GetWindowThreadProcessId(dialog, nullptr);
     ASSERT_TRUE(WaitUntil(
         [&]
         {
