@@ -2,7 +2,7 @@
 # Shell functions that test.sh and demo.sh share; read with ". scripts/prepare.sh" under "set -eu".
 #
 #   arvmui_require_packages [package...]  installs what building and testing need, and the packages named
-#   arvmui_build preset [target...]       configures and builds into build/<preset>
+#   arvmui_build preset [target...]       configures, with ARVMUI_CONFIGURE_OPTIONS, and builds into build/<preset>
 #   arvmui_start_display                  starts an X server of its own and exports DISPLAY
 #   arvmui_prepare_wine                   makes the Wine prefix ready; after arvmui_start_display
 #   arvmui_say text...                    a line of progress
@@ -85,7 +85,9 @@ arvmui_build()
     arvmui_say "Building preset $arvmui_preset into build/$arvmui_preset"
     (
         cd -- "$ARVMUI_ROOT" || exit
-        cmake --preset "$arvmui_preset" </dev/null
+        # One word for each option:
+        # shellcheck disable=SC2086
+        cmake --preset "$arvmui_preset" ${ARVMUI_CONFIGURE_OPTIONS:-} </dev/null
         if [ $# -gt 0 ]; then
             cmake --build --preset "$arvmui_preset" --target "$@" </dev/null
         else
