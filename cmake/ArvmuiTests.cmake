@@ -24,6 +24,16 @@ add_custom_target(arvmui_test_files ALL
     COMMAND "${CMAKE_COMMAND}" -E copy_if_different "$<TARGET_FILE:arvmui>" "${ARVMUI_TEST_BIN_DIR}"
     COMMENT "Copying the DLL and its resource libraries for the tests")
 
+# GoogleTest's headers take longer to compile than most tests, so they are compiled once for all. The
+# other compiler warns about each definition in which a test and the headers differ.
+if(NOT MSVC)
+    file(CONFIGURE OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/test_headers.cpp" CONTENT "")
+    add_library(arvmui_test_headers OBJECT "${CMAKE_CURRENT_BINARY_DIR}/test_headers.cpp")
+    target_link_libraries(arvmui_test_headers PRIVATE arvmui_options GTest::gmock GTest::gtest)
+    target_precompile_headers(arvmui_test_headers PRIVATE
+        <gmock/gmock.h> <gtest/gtest.h> <windows.h> <filesystem> <functional> <string> <vector>)
+endif()
+
 # The resource libraries defined in a folder and below.
 function(_arvmui_collect_modules folder result)
     set(modules "")
@@ -77,6 +87,12 @@ function(_arvmui_add_googletest name kind)
         target_link_libraries(${name} PRIVATE arvmui_test_support)
     endif()
     target_link_libraries(${name} PRIVATE GTest::gmock_main GTest::gmock GTest::gtest)
+    if(TARGET arvmui_test_headers)
+        target_precompile_headers(${name} REUSE_FROM arvmui_test_headers)
+        # False alarms inside the standard library's strings, which show when its headers are precompiled.
+        target_compile_options(${name} PRIVATE
+            "$<$<AND:$<COMPILE_LANGUAGE:CXX>,$<CXX_COMPILER_ID:GNU>>:-Wno-array-bounds;-Wno-restrict;-Wno-stringop-overflow;-Wno-stringop-overread>")
+    endif()
 
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 60)
