@@ -16,10 +16,7 @@ bool IsResourceLibrary(const fs::path& path)
 {
     constexpr std::wstring_view kEnd = L"UI.DLL";
     const std::wstring name = path.filename().wstring();
-    return name.size() > kEnd.size()
-           && ::CompareStringOrdinal(name.c_str() + name.size() - kEnd.size(), static_cast<int>(kEnd.size()),
-                  kEnd.data(), static_cast<int>(kEnd.size()), TRUE)
-                  == CSTR_EQUAL;
+    return name.size() > kEnd.size() && EndsWithName(name, kEnd);
 }
 
 std::vector<std::wstring> LocaleFolders(const fs::path& folder)
@@ -62,8 +59,8 @@ bool ReadOrReport(const fs::path& path, Translation& translation, Findings& find
 class FolderCheck
 {
 public:
-    FolderCheck(const fs::path& folder, const std::wstring& reference)
-        : folder_(folder), reference_(reference), locales_(LocaleFolders(folder))
+    FolderCheck(const fs::path& folder, const std::wstring& reference, const std::wstring& file)
+        : folder_(folder), reference_(reference), onlyFile_(file), locales_(LocaleFolders(folder))
     {
     }
 
@@ -77,6 +74,8 @@ public:
             findings_.Add(
                 folder_ / L"en", 0, "missing-fallback", "there is no folder \"en\", the last resort of every search");
         for (const std::wstring& locale : locales_) ReadLocale(locale);
+        if (!foundAny_ && !onlyFile_.empty())
+            throw ToolError("no locale folder in " + Utf8(folder_.wstring()) + " holds " + Utf8(onlyFile_));
         for (const std::wstring& locale : locales_) CheckLocale(locale);
         return findings_;
     }
@@ -86,6 +85,8 @@ private:
     {
         for (const fs::path& path : ResourceLibraries(folder_ / locale))
         {
+            if (!IsWanted(path)) continue;
+            foundAny_ = true;
             CheckImage(path, findings_);
             Translation translation;
             if (!ReadOrReport(path, translation, findings_)) continue;
@@ -101,9 +102,23 @@ private:
             const auto reference = locales.find(reference_);
             if (own != locales.end())
                 CheckFile(own->second, reference == locales.end() ? nullptr : &reference->second, Languages(locales));
-            else if (reference != locales.end() && !fs::exists(folder_ / locale / name))
+            else if (reference != locales.end() && onlyFile_.empty() && IsLocaleOfProduct(locale)
+                     && !fs::exists(folder_ / locale / name))
                 findings_.Add(folder_ / locale / name, 0, "missing-file", "the file is not translated");
         }
+    }
+
+    bool IsWanted(const fs::path& path) const
+    {
+        return onlyFile_.empty() || IsSameName(path.filename().wstring(), onlyFile_);
+    }
+
+    // The library's own texts come in more languages than most products speak: a folder that holds
+    // nothing else is none of the product's.
+    bool IsLocaleOfProduct(const std::wstring& locale) const
+    {
+        const std::vector<fs::path> files = ResourceLibraries(folder_ / locale);
+        return files.empty() || files.size() > 1 || !IsSameName(files.front().filename().wstring(), L"arvmuiUI.DLL");
     }
 
     static std::map<std::wstring, LANGID> Languages(const std::map<std::wstring, Translation>& locales)
@@ -128,6 +143,8 @@ private:
 
     fs::path folder_;
     std::wstring reference_;
+    std::wstring onlyFile_;  // empty for all
+    bool foundAny_ = false;
     std::vector<std::wstring> locales_;
     std::map<std::wstring, std::map<std::wstring, Translation>> files_;  // by file name, then locale
     Findings findings_;
@@ -141,19 +158,23 @@ void AddCheckCommand(CommandContext& context)
     {
         std::string folder;
         std::string reference = "en";
+        std::string file;
         bool json = false;
     };
     const auto options = std::make_shared<Options>();
     CLI::App* const command = context.app.add_subcommand(
-        "check", "Check the translations of all modules in a resource folder; exit code 1 when something is wrong");
+        "check", "Check the translations of the modules in a resource folder; exit code 1 when something is wrong");
     command->add_option("FOLDER", options->folder, "folder \"resource\" with its locale folders")->required();
     command->add_option("--reference", options->reference, "locale folder with which the others are compared")
         ->capture_default_str();
+    command->add_option(
+        "--file", options->file, "check this resource library only, such as editorUI.DLL, in the folders that hold it");
     command->add_flag("--json", options->json, "print one JSON array");
     command->callback(
         [options, &context]
         {
-            const Findings findings = FolderCheck(Wide(options->folder), Wide(options->reference)).Run();
+            const Findings findings =
+                FolderCheck(Wide(options->folder), Wide(options->reference), Wide(options->file)).Run();
             context.exitCode = ReportFindings(findings, options->json);
         });
 }

@@ -101,7 +101,7 @@ bool Fits(const DialogControl& control, const TextRuler& ruler)
 {
     constexpr int kButtonBorder = 4;     // pixels on both sides together
     constexpr int kCheckMarkUnits = 12;  // in front of a check box's or radio button's text
-    const int width = ruler.PixelWidth(control.width);
+    const int width = ruler.PixelWidth(control.box.width);
     if (IsButton(control))
     {
         if ((control.style & BS_TYPEMASK) == BS_GROUPBOX || (control.style & BS_MULTILINE)) return true;
@@ -110,7 +110,7 @@ bool Fits(const DialogControl& control, const TextRuler& ruler)
     }
     const UINT prefix = control.style & SS_NOPREFIX ? DT_NOPREFIX : 0;
     const SIZE size = ruler.Measure(control.title.text, DT_WORDBREAK | prefix, width);
-    return size.cx <= width && size.cy <= ruler.PixelHeight(control.height) + 1;
+    return size.cx <= width && size.cy <= ruler.PixelHeight(control.box.height) + 1;
 }
 
 void CheckRoom(const DialogTemplate& dialog, UINT number, const std::filesystem::path& file, Findings& findings)

@@ -99,23 +99,22 @@ private:
     std::vector<BYTE> bytes_;
 };
 
-// Position and size stand alike in dialogs and controls.
-template <typename T>
-void ReadBox(Reader& reader, T& item)
+DialogBox ReadBox(Reader& reader)
 {
-    item.x = reader.Read<short>();
-    item.y = reader.Read<short>();
-    item.width = reader.Read<short>();
-    item.height = reader.Read<short>();
+    DialogBox box;
+    box.x = reader.Read<short>();
+    box.y = reader.Read<short>();
+    box.width = reader.Read<short>();
+    box.height = reader.Read<short>();
+    return box;
 }
 
-template <typename T>
-void WriteBox(Writer& writer, const T& item)
+void WriteBox(Writer& writer, const DialogBox& box)
 {
-    writer.Write(item.x);
-    writer.Write(item.y);
-    writer.Write(item.width);
-    writer.Write(item.height);
+    writer.Write(box.x);
+    writer.Write(box.y);
+    writer.Write(box.width);
+    writer.Write(box.height);
 }
 
 DialogFont ReadFont(Reader& reader, bool isExtended)
@@ -141,7 +140,7 @@ DialogControl ReadControl(Reader& reader, bool isExtended)
     const DWORD second = reader.Read<DWORD>();
     control.style = isExtended ? second : first;
     control.extendedStyle = isExtended ? first : second;
-    ReadBox(reader, control);
+    control.box = ReadBox(reader);
     control.id = isExtended ? reader.Read<DWORD>() : reader.Read<WORD>();
     control.windowClass = reader.ReadName();
     control.title = reader.ReadName();
@@ -158,7 +157,7 @@ void WriteControl(Writer& writer, const DialogControl& control, bool isExtended)
     if (isExtended) writer.Write(control.helpId);
     writer.Write(isExtended ? control.extendedStyle : control.style);
     writer.Write(isExtended ? control.style : control.extendedStyle);
-    WriteBox(writer, control);
+    WriteBox(writer, control.box);
     if (isExtended)
         writer.Write(control.id);
     else
@@ -192,7 +191,7 @@ DialogTemplate ParseDialogTemplate(const std::vector<BYTE>& bytes)
         dialog.extendedStyle = reader.Read<DWORD>();
     }
     const WORD count = reader.Read<WORD>();
-    ReadBox(reader, dialog);
+    dialog.box = ReadBox(reader);
     dialog.menu = reader.ReadName();
     dialog.windowClass = reader.ReadName();
     dialog.title = reader.ReadText();
@@ -218,7 +217,7 @@ std::vector<BYTE> WriteDialogTemplate(const DialogTemplate& dialog)
         writer.Write(dialog.extendedStyle);
     }
     writer.Write(static_cast<WORD>(dialog.controls.size()));
-    WriteBox(writer, dialog);
+    WriteBox(writer, dialog.box);
     writer.WriteName(dialog.menu);
     writer.WriteName(dialog.windowClass);
     writer.WriteText(dialog.title);

@@ -17,15 +17,21 @@ struct NameOrNumber
     bool operator==(const NameOrNumber&) const = default;
 };
 
+// In dialog units.
+struct DialogBox
+{
+    short x = 0;
+    short y = 0;
+    short width = 0;
+    short height = 0;
+};
+
 struct DialogControl
 {
     DWORD helpId = 0;
     DWORD extendedStyle = 0;
     DWORD style = 0;
-    short x = 0;
-    short y = 0;
-    short width = 0;
-    short height = 0;
+    DialogBox box;
     DWORD id = 0;
     NameOrNumber windowClass;
     NameOrNumber title;
@@ -47,10 +53,7 @@ struct DialogTemplate
     DWORD helpId = 0;
     DWORD extendedStyle = 0;
     DWORD style = 0;
-    short x = 0;
-    short y = 0;
-    short width = 0;
-    short height = 0;
+    DialogBox box;
     NameOrNumber menu;
     NameOrNumber windowClass;
     std::wstring title;

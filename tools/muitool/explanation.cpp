@@ -1,6 +1,7 @@
 #include "explanation.h"
 
 #include "library_api.h"
+#include "text_conversion.h"
 #include "tool_error.h"
 
 #include <algorithm>
@@ -52,11 +53,6 @@ std::vector<std::wstring> SplitList(const std::wstring& list)
     return items;
 }
 
-bool IsSameTag(const std::wstring& left, const std::wstring& right)
-{
-    return ::CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_EQUAL;
-}
-
 // What one item of a list gives: the candidates before those of an item that marks the end.
 std::vector<std::wstring> CandidatesOf(const std::wstring& item)
 {
@@ -79,7 +75,7 @@ public:
     {
         for (std::size_t i = 0; i < items_.size(); ++i)
             for (const std::wstring& own : locales_[i])
-                if (IsSameTag(own, locale)) return items_[i];
+                if (IsSameName(own, locale)) return items_[i];
         return {};
     }
 

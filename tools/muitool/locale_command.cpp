@@ -1,5 +1,6 @@
 #include "commands.h"
 #include "console.h"
+#include "stored_locale_list.h"
 #include "text_conversion.h"
 #include "tool_error.h"
 
@@ -7,13 +8,8 @@
 
 #include <memory>
 
-// The locale list that the library finds in the registry: in the 32-bit view, for the user and for the machine.
-
 namespace
 {
-
-constexpr wchar_t kKey[] = L"SOFTWARE\\Pelkor\\MUI";
-constexpr wchar_t kValue[] = L"UILocale";
 
 struct Scope
 {
@@ -31,71 +27,31 @@ struct Scope
     throw ToolError(text);
 }
 
-class Key
-{
-public:
-    Key() = default;
-    ~Key()
-    {
-        if (key_) ::RegCloseKey(key_);
-    }
-    Key(const Key&) = delete;
-    Key& operator=(const Key&) = delete;
-
-    // Creates it where it is missing.
-    void OpenForWriting(const Scope& scope, const char* action)
-    {
-        const LSTATUS status =
-            ::RegCreateKeyExW(scope.Root(), kKey, 0, nullptr, 0, KEY_WRITE | KEY_WOW64_32KEY, nullptr, &key_, nullptr);
-        if (status != ERROR_SUCCESS) Refuse(scope, action, status);
-    }
-
-    LSTATUS OpenForReading(const Scope& scope)
-    {
-        return ::RegOpenKeyExW(scope.Root(), kKey, 0, KEY_READ | KEY_WOW64_32KEY, &key_);
-    }
-
-    HKEY Get() const { return key_; }
-
-private:
-    HKEY key_ = nullptr;
-};
-
 int GetList(const Scope& scope)
 {
-    Key key;
-    wchar_t text[256] = L"";
-    DWORD size = sizeof(text);
-    LSTATUS status = key.OpenForReading(scope);
-    if (status == ERROR_SUCCESS)
-        status = ::RegGetValueW(key.Get(), nullptr, kValue, RRF_RT_REG_SZ, nullptr, text, &size);
+    std::wstring list;
+    const LSTATUS status = ReadStoredLocaleList(scope.Root(), list);
     if (status == ERROR_FILE_NOT_FOUND)
     {
         PrintError("muitool: no list is stored for " + scope.Name());
         return kFindings;
     }
     if (status != ERROR_SUCCESS) Refuse(scope, "read", status);
-    PrintLine(Utf8(text));
+    PrintLine(Utf8(list));
     return kSuccess;
 }
 
 int SetList(const Scope& scope, const std::string& list)
 {
-    const std::wstring text = Wide(list);
-    Key key;
-    key.OpenForWriting(scope, "store");
-    const LSTATUS status = ::RegSetValueExW(key.Get(), kValue, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
-        static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+    const LSTATUS status = StoreLocaleList(scope.Root(), Wide(list));
     if (status != ERROR_SUCCESS) Refuse(scope, "store", status);
     return kSuccess;
 }
 
 int ClearList(const Scope& scope)
 {
-    Key key;
-    key.OpenForWriting(scope, "remove");
-    const LSTATUS status = ::RegDeleteValueW(key.Get(), kValue);
-    if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND) Refuse(scope, "remove", status);
+    const LSTATUS status = RemoveStoredLocaleList(scope.Root());
+    if (status != ERROR_SUCCESS) Refuse(scope, "remove", status);
     return kSuccess;
 }
 

@@ -1,6 +1,8 @@
 #include "locale_sources.h"
 
 #include "library_api.h"
+#include "locale_tags.h"
+#include "stored_locale_list.h"
 #include "text_conversion.h"
 
 #include <tlhelp32.h>
@@ -16,16 +18,9 @@ constexpr std::wstring_view kOption = L"/uilocale:";
 
 std::optional<std::wstring> ReadRegistryList(HKEY root)
 {
-    HKEY key = nullptr;
-    if (::RegOpenKeyExW(root, L"SOFTWARE\\Pelkor\\MUI", 0, KEY_READ | KEY_WOW64_32KEY, &key) != ERROR_SUCCESS)
-        return {};
-    wchar_t text[256] = L"";
-    DWORD size = sizeof(text);
-    const LSTATUS status = ::RegGetValueW(key, nullptr, L"UILocale", RRF_RT_REG_SZ, nullptr, text, &size);
-    ::RegCloseKey(key);
-    // The library takes what fits of a longer list.
-    if ((status != ERROR_SUCCESS && status != ERROR_MORE_DATA) || *text == L'\0') return {};
-    return text;
+    std::wstring list;
+    if (ReadStoredLocaleList(root, list) != ERROR_SUCCESS || list.empty()) return {};
+    return list;
 }
 
 DWORD ParentProcessId()
@@ -52,8 +47,9 @@ std::optional<std::wstring> ReadParentList()
     if (const void* const view = ::MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, sizeof(LocaleRecord)))
     {
         const LocaleRecord& record = *static_cast<const LocaleRecord*>(view);
-        if (record.size == sizeof(LocaleRecord) && record.locales[0] != L'\0')
-            list.emplace(record.locales, ::wcsnlen(record.locales, std::size(record.locales)));
+        // Read as the library reads it: a larger record will do, and room for a terminator is kept.
+        if (record.size >= sizeof(LocaleRecord) && record.locales[0] != L'\0')
+            list.emplace(record.locales, ::wcsnlen(record.locales, std::size(record.locales) - 1));
         ::UnmapViewOfFile(view);
     }
     ::CloseHandle(mapping);
@@ -68,25 +64,12 @@ std::optional<std::wstring> ReadHint(LocaleHintSlot slot)
     return hint;
 }
 
-struct TagSearch
-{
-    std::wstring tag;
-};
-
-DWORD ARVMUI_CALLBACK TakeTag(const WCHAR* locale, void* context)
-{
-    if (locale) static_cast<TagSearch*>(context)->tag = locale;
-    return TRUE;
-}
-
 std::optional<std::wstring> DescribeLanguage(LANGID id)
 {
     if (id == 0) return {};
-    TagSearch search;
-    Library().ARVMUI_EnumLocalesW(MAKEINTRESOURCEW(id), TakeTag, &search);
     wchar_t number[16];
     std::swprintf(number, std::size(number), L"0x%04X", id);
-    return search.tag + L" (" + number + L")";
+    return TagOfLanguage(id) + L" (" + number + L")";
 }
 
 std::optional<std::wstring> DescribeKeyboards()
@@ -109,10 +92,7 @@ std::optional<std::wstring> DescribeKeyboards()
 std::optional<std::wstring> FindLocaleOption(const std::vector<std::wstring>& arguments)
 {
     for (const std::wstring& argument : arguments)
-        if (argument.size() > kOption.size()
-            && ::CompareStringOrdinal(argument.c_str(), static_cast<int>(kOption.size()), kOption.data(),
-                   static_cast<int>(kOption.size()), TRUE)
-                   == CSTR_EQUAL)
+        if (argument.size() > kOption.size() && StartsWithName(argument, kOption))
             return argument.substr(kOption.size());
     return {};
 }

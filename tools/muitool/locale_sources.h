@@ -14,6 +14,9 @@ struct LocaleSource
     std::optional<std::wstring> value;
 };
 
+// Whether an argument is the library's own, which it takes off every command line.
+bool IsLocaleOption(const std::wstring& argument);
+
 // What the process was started with; from the arguments as they were before the library saw them.
 std::optional<std::wstring> FindLocaleOption(const std::vector<std::wstring>& arguments);
 
@@ -23,6 +26,3 @@ std::vector<LocaleSource> ReadLocaleSources(const std::optional<std::wstring>& o
 
 // The place that decided the process's list; null when none did and the built-in list counts.
 const LocaleSource* FindDecidingSource(const std::vector<LocaleSource>& sources);
-
-// The list that counts when no place names one.
-inline constexpr wchar_t kBuiltInLocaleList[] = L"kiv,user,system";

@@ -38,7 +38,7 @@ void ListDialog(UINT number, const DialogTemplate& dialog, std::vector<CatalogTe
         const DialogControl& control = dialog.controls[i];
         if (control.title.isNumber || control.title.text.empty()) continue;
         texts.push_back({ControlName(number, i), control.title.text, 0,
-            "control " + std::to_string(static_cast<short>(control.id)) + ", " + std::to_string(control.width)
+            "control " + std::to_string(static_cast<short>(control.id)) + ", " + std::to_string(control.box.width)
                 + " dialog units wide"});
     }
 }

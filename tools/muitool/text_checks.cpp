@@ -1,4 +1,5 @@
 #include "library_api.h"
+#include "locale_tags.h"
 #include "text_conversion.h"
 #include "text_rooms.h"
 #include "translation_checks.h"
@@ -21,9 +22,7 @@ void CheckRoom(const Translation& translation, Findings& findings)
 
 bool StartsWithTag(const std::wstring& tag, const std::wstring& folder)
 {
-    const int length = static_cast<int>(folder.size());
-    if (tag.size() < folder.size() || (tag.size() > folder.size() && tag[folder.size()] != L'-')) return false;
-    return ::CompareStringOrdinal(tag.c_str(), length, folder.c_str(), length, TRUE) == CSTR_EQUAL;
+    return StartsWithName(tag, folder) && (tag.size() == folder.size() || tag[folder.size()] == L'-');
 }
 
 struct TagSearch
@@ -35,8 +34,7 @@ struct TagSearch
 DWORD ARVMUI_CALLBACK LookForTag(const WCHAR* locale, void* context)
 {
     TagSearch& search = *static_cast<TagSearch*>(context);
-    search.found =
-        search.found || (locale && ::CompareStringOrdinal(locale, -1, search.tag.c_str(), -1, TRUE) == CSTR_EQUAL);
+    search.found = search.found || (locale && IsSameName(locale, search.tag));
     return search.found;
 }
 
@@ -48,12 +46,6 @@ bool IsOffered(LANGID language, const std::wstring& folder)
     return search.found;
 }
 
-DWORD ARVMUI_CALLBACK TakeFirst(const WCHAR* locale, void* context)
-{
-    if (locale) *static_cast<std::wstring*>(context) = locale;
-    return TRUE;
-}
-
 // Whether an identifier stands for the language of a tag, for the system or for the library, whose
 // names for a few languages differ. Identifiers that the system does not know are taken on trust.
 bool IsLanguageOf(LANGID language, const std::wstring& tag)
@@ -61,9 +53,7 @@ bool IsLanguageOf(LANGID language, const std::wstring& tag)
     wchar_t name[LOCALE_NAME_MAX_LENGTH] = L"";
     if (::LCIDToLocaleName(MAKELCID(language, SORT_DEFAULT), name, LOCALE_NAME_MAX_LENGTH, 0) == 0) return true;
     if (StartsWithTag(name, tag.substr(0, tag.find_first_of(L"-_")))) return true;
-    std::wstring own;
-    Library().ARVMUI_EnumLocalesW(MAKEINTRESOURCEW(language), TakeFirst, &own);
-    return ::CompareStringOrdinal(own.c_str(), -1, tag.c_str(), -1, TRUE) == CSTR_EQUAL;
+    return IsSameName(TagOfLanguage(language), tag);
 }
 
 void CheckIdentity(const Translation& translation, Findings& findings)
@@ -130,15 +120,17 @@ void CheckFallback(const Translation& translation, const std::map<std::wstring, 
 {
     const LANGID language = translation.Language();
     if (language == 0) return;
+    // The last resort, English, is offered to everybody.
     const bool isServed = std::any_of(folders.begin(), folders.end(),
-        [language](const auto& folder) { return folder.second == language && IsOffered(language, folder.first); });
-    if (!isServed && !IsOffered(language, translation.folder))
+        [language](const auto& folder)
+        { return PRIMARYLANGID(folder.second) == PRIMARYLANGID(language) && IsOffered(language, folder.first); });
+    if (!isServed)
         findings.Add(translation.path, kLanguageString, "fallback",
-            "users of this language are never offered the folder \"" + Utf8(translation.folder)
-                + "\"; only its name in a locale list leads to it");
+            "users of this language are offered no folder; only its name in a locale list leads to \""
+                + Utf8(translation.folder) + '"');
 
     // A folder for all of Chinese serves those badly who write the other script.
-    if (::CompareStringOrdinal(translation.folder.c_str(), -1, L"zh", -1, TRUE) != CSTR_EQUAL) return;
+    if (!IsSameName(translation.folder, L"zh")) return;
     const bool isSimplified = language == 0x0804 || language == 0x1004 || language == 0x0004;
     const std::wstring other = isSimplified ? L"zh-TW" : L"zh-CN";
     if (!folders.contains(other))

@@ -19,3 +19,20 @@ std::string Utf8(std::wstring_view wide)
     ::WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, utf8.data(), size, nullptr, nullptr);
     return utf8;
 }
+
+bool IsSameName(std::wstring_view left, std::wstring_view right)
+{
+    return ::CompareStringOrdinal(
+               left.data(), static_cast<int>(left.size()), right.data(), static_cast<int>(right.size()), TRUE)
+           == CSTR_EQUAL;
+}
+
+bool StartsWithName(std::wstring_view text, std::wstring_view start)
+{
+    return IsSameName(text.substr(0, start.size()), start);
+}
+
+bool EndsWithName(std::wstring_view text, std::wstring_view end)
+{
+    return text.size() >= end.size() && IsSameName(text.substr(text.size() - end.size()), end);
+}

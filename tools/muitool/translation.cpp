@@ -1,5 +1,7 @@
 #include "translation.h"
 
+#include "text_conversion.h"
+
 #include <cstring>
 #include <cwchar>
 
@@ -64,7 +66,7 @@ LANGID Translation::Language() const
 
 bool Translation::IsLibraryOwn() const
 {
-    return ::CompareStringOrdinal(path.filename().c_str(), -1, L"arvmuiUI.DLL", -1, TRUE) == CSTR_EQUAL;
+    return IsSameName(path.filename().wstring(), L"arvmuiUI.DLL");
 }
 
 Translation ReadTranslation(const std::filesystem::path& path)

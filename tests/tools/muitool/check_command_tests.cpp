@@ -47,6 +47,20 @@ protected:
         WriteTranslation(original, changed, German());
     }
 
+    // A folder with the English texts under another locale's name.
+    void AddLocale(
+        const fs::path& folder, const wchar_t* tag, const wchar_t* language,
+        const std::function<void(Translation&)>& change = [](Translation&) {}) const
+    {
+        const fs::path library = folder_.CopyIn(folder_.Path() / L"en" / kFile, (folder / kFile).wstring());
+        const Translation original = ReadTranslation(library);
+        Translation changed = original;
+        changed.strings[1] = tag;
+        changed.strings[2] = language;
+        change(changed);
+        WriteTranslation(original, changed, library);
+    }
+
     // "kind resource" of each finding.
     std::vector<std::string> Findings() const
     {
@@ -71,9 +85,13 @@ TEST_F(Check, CorrectTranslationsHaveNoFindings)
 
 TEST_F(Check, TheProjectsOwnTranslationsHaveNoFindings)
 {
-    const ToolResult result = RunTool({L"check", (BuiltFolder() / L"resource").wstring()});
-    EXPECT_EQ(result.output, "");
-    EXPECT_EQ(result.exitCode, 0);
+    // The samples have fewer languages than the library.
+    for (const wchar_t* const file : {kFile, L"helloUI.DLL", L"phraseUI.DLL"})
+    {
+        const ToolResult result = RunTool({L"check", (BuiltFolder() / L"resource").wstring(), L"--file", file});
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.exitCode, 0);
+    }
 }
 
 TEST_F(Check, LinesNameFileAndNumber)
@@ -160,6 +178,32 @@ TEST_F(Check, AFileThatIsNotTranslated)
     EXPECT_THAT(Findings(), ElementsAre("missing-file 0"));
 }
 
+TEST_F(Check, AFileMissesInALocaleOfTheProduct)
+{
+    constexpr wchar_t kOther[] = L"otherUI.DLL";
+    for (const wchar_t* locale : {L"en", L"fr"})
+    {
+        const fs::path hello = BuiltFolder() / L"resource" / locale / L"helloUI.DLL";
+        folder_.CopyIn(hello, (fs::path(locale) / kOther).wstring());
+    }
+    // Only the library speaks German; the product speaks French, where the library's texts are missing.
+    EXPECT_THAT(Findings(), ElementsAre("missing-file 0"));
+}
+
+TEST_F(Check, OneFileOfSeveral)
+{
+    const fs::path other = folder_.Path() / L"fr" / L"otherUI.DLL";
+    fs::create_directories(other.parent_path());
+    std::ofstream(other, std::ios::binary) << "no library";
+    const ToolResult whole = RunTool({L"check", folder_.Path().wstring(), L"--file", L"ARVMUIui.dll"});
+    EXPECT_EQ(whole.output, "");
+    EXPECT_EQ(RunTool({L"check", folder_.Path().wstring(), L"--file", L"otherUI.DLL"}).exitCode, 1);
+
+    const ToolResult absent = RunTool({L"check", folder_.Path().wstring(), L"--file", L"absentUI.DLL"});
+    EXPECT_EQ(absent.exitCode, 2);
+    EXPECT_THAT(absent.output, testing::HasSubstr("absentUI.DLL"));
+}
+
 TEST_F(Check, AFileThatIsNoLibrary)
 {
     fs::remove(German());
@@ -181,44 +225,25 @@ TEST_F(Check, AProgramInPlaceOfALibraryHasCode)
 
 TEST_F(Check, AFolderThatItsLanguageNeverReaches)
 {
-    const fs::path latin = folder_.Path() / L"sr-Latn-RS" / kFile;
-    fs::create_directories(latin.parent_path());
-    fs::copy_file(folder_.Path() / L"en" / kFile, latin);
-    const Translation original = ReadTranslation(latin);
-    Translation changed = original;
-    changed.strings[1] = L"sr-Latn-RS";
-    changed.strings[2] = L"0x241A";
-    WriteTranslation(original, changed, latin);
+    AddLocale(L"sr-Latn-RS", L"sr-Latn-RS", L"0x241A");
     EXPECT_THAT(Findings(), testing::Contains("fallback 2"));
+
+    // A folder that only those get who ask for it, because the others have one of their own.
+    AddLocale(L"sr", L"sr-RS", L"0x241A");
+    EXPECT_THAT(Findings(), IsEmpty());
 }
 
 TEST_F(Check, TheLibrarysNamesForALanguageAreRight)
 {
-    for (const auto& [folder, tag] : {std::pair(L"nn", L"nn-NO"), std::pair(L"nb", L"nb-NO")})
-    {
-        const fs::path library = folder_.Path() / folder / kFile;
-        fs::create_directories(library.parent_path());
-        fs::copy_file(folder_.Path() / L"en" / kFile, library);
-        const Translation original = ReadTranslation(library);
-        Translation changed = original;
-        changed.strings[1] = tag;
-        changed.strings[2] = L"0x0414";
-        WriteTranslation(original, changed, library);
-    }
+    AddLocale(L"nn", L"nn-NO", L"0x0414");
+    AddLocale(L"nb", L"nb-NO", L"0x0414");
     EXPECT_THAT(Findings(), IsEmpty());
 }
 
 TEST_F(Check, ThePersianYehExistsInItsCodePage)
 {
-    const fs::path library = folder_.Path() / L"fa" / kFile;
-    fs::create_directories(library.parent_path());
-    fs::copy_file(folder_.Path() / L"en" / kFile, library);
-    const Translation original = ReadTranslation(library);
-    Translation changed = original;
-    changed.strings[1] = L"fa-IR";
-    changed.strings[2] = L"0x0429";
-    changed.strings[80] = L"\u0641\u0627\u0631\u0633\u06CC";
-    WriteTranslation(original, changed, library);
+    AddLocale(L"fa", L"fa-IR", L"0x0429",
+        [](Translation& persian) { persian.strings[80] = L"\u0641\u0627\u0631\u0633\u06CC"; });
     EXPECT_THAT(Findings(), testing::Not(testing::Contains("code-page 80")));
 }
 
@@ -231,13 +256,6 @@ TEST_F(Check, AFindingIsOneLine)
 
 TEST_F(Check, OneChineseFolderServesHalfOfItsReaders)
 {
-    const fs::path chinese = folder_.Path() / L"zh" / kFile;
-    fs::create_directories(chinese.parent_path());
-    fs::copy_file(folder_.Path() / L"en" / kFile, chinese);
-    const Translation original = ReadTranslation(chinese);
-    Translation changed = original;
-    changed.strings[1] = L"zh-CN";
-    changed.strings[2] = L"0x0804";
-    WriteTranslation(original, changed, chinese);
+    AddLocale(L"zh", L"zh-CN", L"0x0804");
     EXPECT_THAT(Findings(), testing::Contains("fallback 2"));
 }
