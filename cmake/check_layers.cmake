@@ -74,9 +74,10 @@ set(LEVEL_5
     ui/message_box
     ui/error_dialog.cpp
     ui/language_dialog.cpp
-    ui/settings_dialog
+    ui/preferred_locales
     ui/arvmui.rc)
 set(LEVEL_6
+    ui/settings_dialog
     installer/set_locale
     installer/local_package
     installer/font_resetter
