@@ -41,9 +41,10 @@ std::string Describe(const Candidate& candidate)
     return "";
 }
 
+// At least one blank follows.
 std::string Padded(std::string text, std::size_t width)
 {
-    if (text.size() < width) text.append(width - text.size(), ' ');
+    text.append(text.size() < width ? width - text.size() : 1, ' ');
     return text;
 }
 
