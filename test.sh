@@ -22,7 +22,9 @@ run_tests()
     )
 }
 
-arvmui_require_packages
+# One word for each package:
+# shellcheck disable=SC2086
+arvmui_require_packages $ARVMUI_SDK_PACKAGES
 arvmui_build mingw-release
 if [ "$debug" = yes ]; then
     # Without debug information: nobody looks at it here, and it takes a third of the time.

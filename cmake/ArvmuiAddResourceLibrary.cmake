@@ -8,8 +8,8 @@ where the library looks for it::
 
   <folder of the module>/resource/<locale>/<first six characters of the module's name>UI.DLL
 
-A project that uses ARVMUI includes this file (with MinGW it needs
-``resource_library.ld`` beside it, and nothing else) and calls
+``find_package(arvmui)`` defines it. Without the package a project includes this
+file (with MinGW it needs ``resource_library.ld`` beside it, and nothing else).
 
 .. code-block:: cmake
 
@@ -47,7 +47,8 @@ A project that uses ARVMUI includes this file (with MinGW it needs
   ``ARVMUI_LoadResourceLibraryW`` instead of leaving it to the rule above.
 
 ``DESTINATION``
-  Folder of the module; the default is ``CMAKE_RUNTIME_OUTPUT_DIRECTORY``, or the
+  Folder of the module; the default is the ``RUNTIME_OUTPUT_DIRECTORY`` of the
+  target or, when the module is none, ``CMAKE_RUNTIME_OUTPUT_DIRECTORY``, or the
   current binary directory when that is not set. With a multi-configuration
   generator the configuration's name is appended as CMake does for the module
   itself, unless the folder is given with a generator expression.
@@ -121,6 +122,12 @@ function(arvmui_add_resource_library target)
     else()
         set(destination "${CMAKE_CURRENT_BINARY_DIR}")
     endif()
+    if(NOT arg_DESTINATION AND TARGET "${arg_MODULE}")
+        get_target_property(own_destination "${arg_MODULE}" RUNTIME_OUTPUT_DIRECTORY)
+        if(own_destination)
+            set(destination "${own_destination}")
+        endif()
+    endif()
     get_property(multi_config GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
     if(multi_config AND NOT destination MATCHES "\\$<")
         string(APPEND destination "/$<CONFIG>")
@@ -141,8 +148,12 @@ function(arvmui_add_resource_library target)
         target_include_directories(${target} PRIVATE ${arg_INCLUDE_DIRECTORIES})
     endif()
 
+    # A target of nothing but resources has no language of its own.
+    get_property(languages GLOBAL PROPERTY ENABLED_LANGUAGES)
+    list(FILTER languages INCLUDE REGEX "^(C|CXX)$")
+    list(GET languages 0 linker_language)
     set_target_properties(${target} PROPERTIES
-        LINKER_LANGUAGE CXX  # a target of nothing but resources has none of its own
+        LINKER_LANGUAGE ${linker_language}
         PREFIX ""
         OUTPUT_NAME "${output_name}"
         SUFFIX "${suffix}"

@@ -57,7 +57,8 @@ else()
         -static
         -Wl,--no-insert-timestamp
         -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va
-        "$<$<CONFIG:Release>:-s>")
+        # Except for targets with the property ARVMUI_SEPARATE_SYMBOLS, which are stripped afterwards.
+        "$<$<AND:$<CONFIG:Release>,$<NOT:$<BOOL:$<TARGET_PROPERTY:ARVMUI_SEPARATE_SYMBOLS>>>>:-s>")
 
     target_compile_options(arvmui_options INTERFACE
         "$<$<COMPILE_LANGUAGE:C,CXX>:-Wall;-Wextra;-Wconversion;-Wshadow;-Werror>")

@@ -1,5 +1,5 @@
-# Builds the DLL and its resource libraries a second time, from a copy of the sources in another
-# folder, and compares them with those of the build folder byte by byte.
+# Builds the SDK a second time, from a copy of the sources in another folder, and compares its files and
+# its packages with those of the build folder byte by byte.
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -8,7 +8,8 @@ set(build "${SCRATCH_FOLDER}/build")
 
 file(REMOVE_RECURSE "${SCRATCH_FOLDER}")
 file(MAKE_DIRECTORY "${source}")
-foreach(name IN ITEMS CMakeLists.txt cmake include scripts src translations)
+foreach(name IN ITEMS CHANGELOG.md CMakeLists.txt LICENSE README.md bindings cmake docs include samples scripts src
+    templates tools translations)
     file(COPY "${SOURCE_FOLDER}/${name}" DESTINATION "${source}")
 endforeach()
 
@@ -24,7 +25,6 @@ execute_process(
         -D "CMAKE_CXX_FLAGS_RELEASE=${BUILT_CMAKE_CXX_FLAGS_RELEASE}"
         -D ARVMUI_BUILD_TESTS=OFF
         -D ARVMUI_BUILD_SAMPLES=OFF
-        -D ARVMUI_BUILD_TOOLS=OFF
     COMMAND_ERROR_IS_FATAL ANY)
 execute_process(COMMAND "${CMAKE_COMMAND}" --build "${build}" --parallel 2 COMMAND_ERROR_IS_FATAL ANY)
 
@@ -40,5 +40,23 @@ foreach(file IN LISTS files)
         message(SEND_ERROR "${file} differs between two builds")
     else()
         message(STATUS "${file} is the same")
+    endif()
+endforeach()
+
+foreach(folder IN ITEMS "${BUILD_FOLDER}" "${build}")
+    execute_process(COMMAND "${CPACK}" --config "${folder}/CPackConfig.cmake" -B "${folder}/reproducible packages"
+        OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+endforeach()
+file(GLOB packages RELATIVE "${build}/reproducible packages" "${build}/reproducible packages/*.zip"
+    "${build}/reproducible packages/*.msi")
+list(LENGTH packages count)
+if(NOT count EQUAL 2)
+    message(SEND_ERROR "These packages were made, not a ZIP file and one for the installer: ${packages}")
+endif()
+foreach(package IN LISTS packages)
+    file(SHA256 "${BUILD_FOLDER}/reproducible packages/${package}" first)
+    file(SHA256 "${build}/reproducible packages/${package}" second)
+    if(NOT first STREQUAL second)
+        message(SEND_ERROR "${package} differs between two builds")
     endif()
 endforeach()
