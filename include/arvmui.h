@@ -1,4 +1,5 @@
-/*
+/**
+ * @file
  * ARVMUI: multilingual user interfaces for 64-bit Windows programs.
  *
  * The whole interface of arvmui64.dll: which language a process speaks, where its translated
@@ -6,8 +7,8 @@
  * UNICODE.
  *
  * Text. Functions with text come as a W form (UTF-16) and an A form (the system's ANSI code page),
- * ARVMUI_ReadTextFileW as a W form only. Buffer sizes count elements, characters for W and bytes for A, terminator included;
- * lengths returned exclude the terminator.
+ * ARVMUI_ReadTextFileW and ARVMUI_SettingDialogBoxW as a W form only. Buffer sizes count elements,
+ * characters for W and bytes for A, terminator included; lengths returned exclude the terminator.
  *
  * Locale lists. Where a function takes a list of locales it accepts
  *  - text: comma-separated locale tags ("de-DE"), language identifiers ("1031", "0x0407") and the
@@ -29,81 +30,91 @@
 #include <stdarg.h>
 #include <windows.h>
 
-/* Users import the functions; the library itself is built with ARVMUI_BUILD and a .def file. */
+/** Imports a function. The library itself is built with ARVMUI_BUILD and a .def file. */
 #ifdef ARVMUI_BUILD
 #define ARVMUI_API
 #else
 #define ARVMUI_API __declspec(dllimport)
 #endif
 
-#define ARVMUI_CALL WINAPI
-#define ARVMUI_CALLBACK CALLBACK
+#define ARVMUI_CALL WINAPI       /**< calling convention of the functions */
+#define ARVMUI_CALLBACK CALLBACK /**< calling convention of callbacks */
 
-#define ARVMUI_HINT_COUNT 4          /* slots of LocaleHintTable */
-#define ARVMUI_HINT_CHARS 256        /* characters in a slot, terminator included */
-#define ARVMUI_TAG_CHARS 64          /* characters in a tag or name, terminator included */
-#define ARVMUI_DIALOG_TEXT_CHARS 256 /* characters in a dialog text, terminator included */
-#define ARVMUI_BUTTON_CHARS 32       /* characters in a button label, terminator included */
-#define ARVMUI_INSTALLER_CONTEXT_BYTES 40
+#define ARVMUI_HINT_COUNT 4               /**< slots of LocaleHintTable */
+#define ARVMUI_HINT_CHARS 256             /**< characters in a slot, terminator included */
+#define ARVMUI_TAG_CHARS 64               /**< characters in a tag or name, terminator included */
+#define ARVMUI_DIALOG_TEXT_CHARS 256      /**< characters in a dialog text, terminator included */
+#define ARVMUI_BUTTON_CHARS 32            /**< characters in a button label, terminator included */
+#define ARVMUI_INSTALLER_CONTEXT_BYTES 40 /**< bytes of LibraryDescriptor.installerContext */
 
 #ifdef __cplusplus
 extern "C" {
 #endif
 
-/* Slots of LibraryDescriptor.LocaleHintTable. An empty slot has not been looked at; a single tab
+/** Slots of LibraryDescriptor.LocaleHintTable. An empty slot has not been looked at; a single tab
  * stands for "looked at, nothing found". */
 typedef enum LocaleHintSlot
 {
-    HINT_COMMAND_LINE = 0,  /* the locale list of this process */
-    HINT_SETTINGS_FILE = 1, /* the list of a settings file named on the command line ("kiv") */
-    HINT_BROWSER = 2,       /* the browser's accepted languages ("msie") */
-    HINT_ASKED = 3          /* the user's answer to the language dialog ("ask") */
+    HINT_COMMAND_LINE = 0,  /**< the locale list of this process */
+    HINT_SETTINGS_FILE = 1, /**< the list of a settings file named on the command line ("kiv") */
+    HINT_BROWSER = 2,       /**< the browser's accepted languages ("msie") */
+    HINT_ASKED = 3          /**< the user's answer to the language dialog ("ask") */
 } LocaleHintSlot;
 
-/* State of the library in this process. Read it; only the library writes it. */
+/** State of the library in this process. Read it; only the library writes it. */
 typedef struct LibraryDescriptor
 {
-    HMODULE module;          /* arvmui64.dll itself */
-    HMODULE resourceLibrary; /* its translated resources, or NULL */
-    HANDLE localeMapping;    /* the published LocaleRecord, or NULL */
-    DWORD tlsIndex;          /* thread-local slot, or TLS_OUT_OF_INDEXES */
-    WCHAR LocaleHintTable[ARVMUI_HINT_COUNT][ARVMUI_HINT_CHARS];
-    DWORD keyboardLanguageCount;
-    WORD* keyboardLanguages;                               /* primary languages of the installed keyboards, ascending */
-    BYTE installerContext[ARVMUI_INSTALLER_CONTEXT_BYTES]; /* zero outside an installation */
-    BOOL showMessagePopup;                                 /* errors are shown as message boxes */
+    HMODULE module;                                              /**< arvmui64.dll itself */
+    HMODULE resourceLibrary;                                     /**< its translated resources, or NULL */
+    HANDLE localeMapping;                                        /**< the published LocaleRecord, or NULL */
+    DWORD tlsIndex;                                              /**< thread-local slot, or TLS_OUT_OF_INDEXES */
+    WCHAR LocaleHintTable[ARVMUI_HINT_COUNT][ARVMUI_HINT_CHARS]; /**< see LocaleHintSlot */
+    DWORD keyboardLanguageCount;                                 /**< entries in keyboardLanguages */
+    WORD* keyboardLanguages; /**< primary languages of the installed keyboards, ascending */
+    BYTE installerContext[ARVMUI_INSTALLER_CONTEXT_BYTES]; /**< zero outside an installation */
+    BOOL showMessagePopup;                                 /**< errors are shown as message boxes */
 } LibraryDescriptor;
 
-/* One locale that is offered to the user. */
+/** One locale that is offered to the user. */
 typedef struct LocaleEntry
 {
-    LANGID LangID;
-    WCHAR Locale[ARVMUI_TAG_CHARS];
-    DWORD LocaleLength; /* characters in Locale, terminator excluded */
-    WCHAR EnglishName[ARVMUI_TAG_CHARS];
-    WCHAR NativeName[ARVMUI_TAG_CHARS];
-    WCHAR LanguageSelectionTitle[ARVMUI_DIALOG_TEXT_CHARS];
-    WCHAR LanguageSelectionDesc[ARVMUI_DIALOG_TEXT_CHARS];
-    WCHAR OK[ARVMUI_BUTTON_CHARS];
-    WCHAR Cancel[ARVMUI_BUTTON_CHARS];
+    LANGID LangID;                                          /**< language identifier */
+    WCHAR Locale[ARVMUI_TAG_CHARS];                         /**< locale tag */
+    DWORD LocaleLength;                                     /**< characters in Locale, terminator excluded */
+    WCHAR EnglishName[ARVMUI_TAG_CHARS];                    /**< the language's name in English */
+    WCHAR NativeName[ARVMUI_TAG_CHARS];                     /**< the language's name in itself */
+    WCHAR LanguageSelectionTitle[ARVMUI_DIALOG_TEXT_CHARS]; /**< title of the language dialog */
+    WCHAR LanguageSelectionDesc[ARVMUI_DIALOG_TEXT_CHARS];  /**< its question */
+    WCHAR OK[ARVMUI_BUTTON_CHARS];                          /**< label of its button OK */
+    WCHAR Cancel[ARVMUI_BUTTON_CHARS];                      /**< label of its button Cancel */
 } LocaleEntry;
 
-/* Content of the shared-memory section "ARVMUI_<process identifier, decimal>.IPC", through which
+/** Content of the shared-memory section "ARVMUI_<process identifier, decimal>.IPC", through which
  * a process hands its locale list to its children. */
 typedef struct LocaleRecord
 {
-    DWORD size;                      /* 132 */
-    WCHAR locales[ARVMUI_TAG_CHARS]; /* at most 63 characters and a terminator */
+    DWORD size;                      /**< 132 */
+    WCHAR locales[ARVMUI_TAG_CHARS]; /**< at most 63 characters and a terminator */
 } LocaleRecord;
 
-/* Callbacks return zero to go on; any other value ends the enumeration, which returns it.
- * The text belongs to the library and is valid during the call only. */
+/**
+ * @defgroup callbacks Callbacks
+ * Callbacks return zero to go on; any other value ends the enumeration, which returns it.
+ * The text belongs to the library and is valid during the call only.
+ * @{
+ */
+/** Receives a candidate of a locale list; NULL when the user refused to choose a language. */
 typedef DWORD(ARVMUI_CALLBACK* ARVMUI_LocaleCallbackW)(const WCHAR* locale, void* context);
+/** Receives a candidate of a locale list in the ANSI code page. */
 typedef DWORD(ARVMUI_CALLBACK* ARVMUI_LocaleCallbackA)(const char* locale, void* context);
+/** Receives the name of a locale folder, without path. */
 typedef DWORD(ARVMUI_CALLBACK* ARVMUI_FolderCallbackW)(const WCHAR* folderName, void* context);
+/** Receives the name of a locale folder in the ANSI code page, without path. */
 typedef DWORD(ARVMUI_CALLBACK* ARVMUI_FolderCallbackA)(const char* folderName, void* context);
+/** @} */
 
-/* ---- Memory ---------------------------------------------------------------------------------- */
+/** @defgroup memory Memory
+ * @{ */
 
 /**
  * Allocates or resizes a block on the process heap.
@@ -125,7 +136,10 @@ ARVMUI_API void* ARVMUI_CALL ARVMUI_realloc(void* memory, SIZE_T size);
  */
 ARVMUI_API void ARVMUI_CALL ARVMUI_free(void* memory);
 
-/* ---- Diagnostics ----------------------------------------------------------------------------- */
+/** @} */
+
+/** @defgroup diagnostics Diagnostics
+ * @{ */
 
 /**
  * Switches the library's own message boxes (errors, out of memory) on or off for the process.
@@ -144,7 +158,10 @@ ARVMUI_API void ARVMUI_CALL ARVMUI_SetMessagePopup(BOOL enable, BOOL* previous);
  */
 ARVMUI_API void ARVMUI_CALL ARVMUI_LogSetCallTable(void* table);
 
-/* ---- Locale queries -------------------------------------------------------------------------- */
+/** @} */
+
+/** @defgroup queries Locale queries
+ * @{ */
 
 /**
  * Offers the candidates of a locale list, in order and each once, until one is accepted.
@@ -197,7 +214,10 @@ ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetLocaleA(HMODULE library, char* buffer, DW
  */
 ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetACP(LANGID language, WORD sortId);
 
-/* ---- Resource files -------------------------------------------------------------------------- */
+/** @} */
+
+/** @defgroup files Resource files
+ * @{ */
 
 /**
  * Writes the path format of a module's resource files; one "%s" stands for the locale, in
@@ -256,7 +276,10 @@ ARVMUI_API DWORD ARVMUI_CALL ARVMUI_EnumResourceFoldersW(
 ARVMUI_API DWORD ARVMUI_CALL ARVMUI_EnumResourceFoldersA(
     HMODULE module, ARVMUI_FolderCallbackA callback, void* context);
 
-/* ---- Resource libraries ---------------------------------------------------------------------- */
+/** @} */
+
+/** @defgroup libraries Resource libraries
+ * @{ */
 
 /**
  * @return the state of the library in this process; the library's, never NULL.
@@ -289,9 +312,12 @@ ARVMUI_API BOOL ARVMUI_CALL ARVMUI_LoadResourceLibraryA(
 
 /**
  * Finds the first resource library of a module for a locale list that is loaded already.
- * @param library receives the handle without a reference of its own (do not free it); NULL on
- *                failure; may be NULL.
- * Everything else as in ARVMUI_LoadResourceLibraryW.
+ * Everything that is not said here is as in ARVMUI_LoadResourceLibraryW.
+ * @param module   module whose resource library is wanted; NULL for the program.
+ * @param fileName file name in the locale folder, or NULL to derive it from the module's name.
+ * @param locales  locale list (see the head of this file).
+ * @param library  receives the handle without a reference of its own (do not free it); NULL on
+ *                 failure; may be NULL.
  */
 ARVMUI_API BOOL ARVMUI_CALL ARVMUI_GetResourceHandleW(
     HMODULE module, const WCHAR* fileName, const WCHAR* locales, HMODULE* library);
@@ -300,7 +326,10 @@ ARVMUI_API BOOL ARVMUI_CALL ARVMUI_GetResourceHandleW(
 ARVMUI_API BOOL ARVMUI_CALL ARVMUI_GetResourceHandleA(
     HMODULE module, const char* fileName, const char* locales, HMODULE* library);
 
-/* ---- Command line ---------------------------------------------------------------------------- */
+/** @} */
+
+/** @defgroup commandline Command line
+ * @{ */
 
 /**
  * Removes every option "/uilocale:" from a command line, in place. The first value becomes the
@@ -361,7 +390,10 @@ ARVMUI_API int ARVMUI_CALL ARVMUI_GetCommandLineOptionW(WCHAR* buffer, DWORD siz
 /** As ARVMUI_GetCommandLineOptionW in the ANSI code page; size and result count bytes. */
 ARVMUI_API int ARVMUI_CALL ARVMUI_GetCommandLineOptionA(char* buffer, DWORD size);
 
-/* ---- Text and settings files ------------------------------------------------------------------ */
+/** @} */
+
+/** @defgroup text Text and settings files
+ * @{ */
 
 /**
  * Reads a translated text file whole, from the first locale folder of a module that has it. It is
@@ -432,7 +464,10 @@ ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetPrivateProfileStringW(const WCHAR* sectio
 ARVMUI_API DWORD ARVMUI_CALL ARVMUI_GetPrivateProfileStringA(
     const char* section, const char* key, const char* defaultValue, char* buffer, DWORD size, const char* fileName);
 
-/* ---- Messages -------------------------------------------------------------------------------- */
+/** @} */
+
+/** @defgroup messages Messages
+ * @{ */
 
 /**
  * FormatMessageW in the language of the first locale of the process for which the library has
@@ -481,7 +516,10 @@ ARVMUI_API int ARVMUI_CALL ARVMUI_MessageBoxA(HWND owner, const char* text, cons
  */
 ARVMUI_API LANGID ARVMUI_CALL ARVMUI_InitCommonControlsLanguage(void);
 
-/* ---- Settings dialog ------------------------------------------------------------------------- */
+/** @} */
+
+/** @defgroup settings Settings dialog
+ * @{ */
 
 /**
  * Shows the dialog in which preferred languages are chosen among the installed ones and ordered,
@@ -499,15 +537,15 @@ ARVMUI_API LANGID ARVMUI_CALL ARVMUI_InitCommonControlsLanguage(void);
  */
 ARVMUI_API BOOL ARVMUI_CALL ARVMUI_SettingDialogBoxW(HWND owner, const HICON* icons, void* reserved, DWORD scope);
 
-/* ---- Custom actions of the Windows Installer -------------------------------------------------- */
+/** @} */
 
-/*
+/** @defgroup installer Custom actions of the Windows Installer
  * A package calls these functions as custom actions; `session` is the MSIHANDLE that the installer
  * passes. They need the "MSI.DLL" of the installer's process, which is found when they run: programs
  * that never install anything do not load it. All but SetDefaultCSFont and StopFontResetter switch
  * message popups off. None sets a last-error code of its own; the installer calls one action of a
  * process at a time.
- */
+ * @{ */
 
 /**
  * Chooses the language of an installation, asking the user where the package and the interface
@@ -590,6 +628,8 @@ ARVMUI_API void ARVMUI_CALLBACK ARVMUI_RUNDLL32_FontResetter(
  * @threads the installer's.
  */
 ARVMUI_API UINT ARVMUI_CALL ARVMUI_MSI_SetDefaultCSFont(ULONG session);
+
+/** @} */
 
 #ifdef __cplusplus
 }
