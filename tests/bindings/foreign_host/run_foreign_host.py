@@ -15,8 +15,11 @@ import shutil
 import subprocess
 import sys
 import tarfile
+import urllib.request
 
 SKIPPED = 77
+
+REGISTRY = "https://registry.npmjs.org/"
 
 # Package, version, the registry's SHA-512 of the archive, folder below the work folder.
 PACKAGES = (
@@ -67,21 +70,19 @@ class Unavailable(Exception):
     """A package cannot be had."""
 
 
-def fetch(npm, downloads, package, version):
+def fetch(downloads, package, version):
     """The archive of a package, from the downloads or the registry."""
-    archive = os.path.join(downloads, package.replace("@", "").replace("/", "-") + "-" + version + ".tgz")
+    name = package.rsplit("/", 1)[-1] + "-" + version + ".tgz"
+    archive = os.path.join(downloads, name)
     if os.path.exists(archive):
         return archive
-    if not npm:
-        raise Unavailable("npm is not installed")
-    options = ["--fetch-retries=0", "--fetch-timeout=60000", "--cache", os.path.join(downloads, "npm")]
-    command = [npm, "pack", package + "@" + version, "--silent", "--pack-destination", downloads, *options]
     try:
-        result = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=150)
-    except subprocess.TimeoutExpired:
-        raise Unavailable("the registry does not answer") from None
-    if result.returncode != 0 or not os.path.exists(archive):
-        raise Unavailable(result.stdout.decode("utf-8", "replace").strip() or "npm could not fetch " + package)
+        with urllib.request.urlopen(REGISTRY + package + "/-/" + name, timeout=60) as answer:
+            content = answer.read()
+    except OSError as error:
+        raise Unavailable("the registry does not answer: " + str(error)) from None
+    with open(archive, "wb") as file:
+        file.write(content)
     return archive
 
 
@@ -115,7 +116,7 @@ def arrange(library_folder, work):
     downloads = os.environ.get("ARVMUI_DOWNLOADS") or os.path.join(work, "downloads")
     os.makedirs(downloads, exist_ok=True)
     for package, version, integrity, folder in PACKAGES:
-        archive = fetch(shutil.which("npm"), downloads, package, version)
+        archive = fetch(downloads, package, version)
         check(archive, integrity)
         unpack(archive, os.path.join(host, folder))
 
