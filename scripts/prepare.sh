@@ -17,7 +17,7 @@ ARVMUI_BUILD_PACKAGES="cmake ninja-build googletest libcli11-dev nlohmann-json3-
     mingw-w64-x86-64-dev binutils-mingw-w64-x86-64 msitools gcab"
 # What packing the SDK needs on top, and testing the package:
 # shellcheck disable=SC2034 # used by the scripts that read this file
-ARVMUI_SDK_PACKAGES="ca-certificates doxygen llvm pkgconf python3 strip-nondeterminism wixl"
+ARVMUI_SDK_PACKAGES="ca-certificates doxygen llvm mono-mcs pkgconf python3 strip-nondeterminism wixl"
 ARVMUI_RUN_PACKAGES="wine wine64 xvfb util-linux"
 
 arvmui_exit_commands=:
