@@ -87,6 +87,13 @@ TEST_F(DialogInterfaceFont, OfAFirstRowWithoutAFaceIsNotThatOfTheSecond)
     EXPECT_EQ(Chosen(), L"Arial");
 }
 
+TEST_F(DialogInterfaceFont, OfAFirstRowThatCannotBeReadIsNotThatOfTheSecond)
+{
+    installer.rows[kStyleQuery] = {{L"First"}, {L"Second"}};
+    installer.Answer(L"MsiRecordGetStringW 1 of First size 0", kError);
+    EXPECT_EQ(Chosen(), L"Arial");
+}
+
 TEST_F(DialogInterfaceFont, OfAStyleIsCutAt31Characters)
 {
     installer.rows[kStyleQuery] = {{std::wstring(40, L'f')}};

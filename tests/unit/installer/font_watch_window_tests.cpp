@@ -115,6 +115,21 @@ TEST_F(FontWatchWindows, AreFoundByAnyOfTheNames)
     EXPECT_EQ(FontOf(text), buttonFont);
 }
 
+// Names from the list of installed programs are cut at the same place.
+TEST_F(FontWatchWindows, AreFoundByTheFirst255CharactersOfTheirTitle)
+{
+    const std::wstring name = (title + std::wstring(255, L't')).substr(0, 255);
+    const HWND text = Text(window);
+    Button(window, buttonFont);
+    for (const std::wstring& longTitle : {name, name + L"x", name + std::wstring(100, L'x')})
+    {
+        GiveFont(text, textFont);
+        ::SetWindowTextW(window, longTitle.c_str());
+        Look({name});
+        EXPECT_EQ(FontOf(text), buttonFont) << longTitle.size();
+    }
+}
+
 TEST_F(FontWatchWindows, KeepTheirFontsUnderAnotherTitle)
 {
     const HWND text = Text(window);

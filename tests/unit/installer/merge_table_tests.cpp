@@ -160,11 +160,13 @@ TEST_F(MergeBinary, DeletesEveryRowOfTheName)
         }));
 }
 
-// Some installers go on to other rows once one of the wanted rows has been deleted.
-TEST_F(MergeBinary, SparesARowOfAnotherName)
+// Some installers go on to other rows once one of the wanted rows has been deleted. Names that differ in case only
+// are different ones.
+TEST_F(MergeBinary, SparesRowsOfOtherNames)
 {
     installer.rows[L"SELECT * FROM `Binary_de`"] = {{L"Banner", L"German banner"}};
-    installer.rows[L"SELECT * FROM `Binary` WHERE `Name`='Banner'"].push_back({L"Dialog", L"English dialog"});
+    for (const wchar_t* other : {L"Dialog", L"BANNER", L"Banner2"})
+        installer.rows[L"SELECT * FROM `Binary` WHERE `Name`='Banner'"].push_back({other, L"English picture"});
     EXPECT_EQ(Merge(L"Binary"), ERROR_SUCCESS);
     EXPECT_EQ(installer.CallsOf(L"MsiViewModify"),
         (Texts{
