@@ -42,17 +42,22 @@ int ShowBox(const std::string& text, const std::string& caption, UINT type)
     return kSuccess;
 }
 
-// The candidates do not matter, only that the user is asked for them.
-DWORD ARVMUI_CALLBACK StopAtFirst(const WCHAR*, void*)
+// The candidates do not matter, only that the user is asked for them. None at all is a refusal.
+DWORD ARVMUI_CALLBACK StopAtFirst(const WCHAR* locale, void* context)
 {
+    if (!locale) *static_cast<bool*>(context) = true;
     return TRUE;
 }
 
 int Ask()
 {
-    Library().ARVMUI_EnumLocalesW(L"ask", StopAtFirst, nullptr);
-    const std::wstring answer = Library().ARVMUI_GetDescriptor()->LocaleHintTable[HINT_ASKED];
-    if (answer == L"\t") return kFindings;  // refused
+    constexpr wchar_t kNoAnswer[] = L"\t";
+    const wchar_t* const answer = Library().ARVMUI_GetDescriptor()->LocaleHintTable[HINT_ASKED];
+    bool isRefused = std::wstring_view(answer) == kNoAnswer;  // when the tool was started
+    if (*answer == L'\0') Library().ARVMUI_EnumLocalesW(L"ask", StopAtFirst, &isRefused);
+    if (isRefused) return kFindings;
+    if (std::wstring_view(answer) == kNoAnswer)
+        throw ToolError("the language dialog could not be shown; there may be no languages to choose from");
     PrintLine(Utf8(answer));
     return kSuccess;
 }
@@ -78,19 +83,20 @@ void AddBoxCommand(CommandContext& context)
     {
         std::string text;
         std::string caption = "muitool";
-        UINT type = MB_OK;
+        std::string buttons = "ok";
     };
     const auto options = std::make_shared<Options>();
-    const std::map<std::string, UINT> types = {{"ok", MB_OK}, {"okcancel", MB_OKCANCEL}, {"yesno", MB_YESNO},
+    static const std::map<std::string, UINT> types = {{"ok", MB_OK}, {"okcancel", MB_OKCANCEL}, {"yesno", MB_YESNO},
         {"yesnocancel", MB_YESNOCANCEL}, {"retrycancel", MB_RETRYCANCEL}, {"abortretryignore", MB_ABORTRETRYIGNORE},
         {"canceltrycontinue", MB_CANCELTRYCONTINUE}};
     CLI::App* const command = context.app.add_subcommand("box", "Show a message box and print the button pressed");
     command->add_option("TEXT", options->text, "the message")->required();
-    command->add_option("--caption", options->caption, "the caption");
-    command->add_option("--buttons", options->type, "which buttons it has")
-        ->transform(CLI::CheckedTransformer(types, CLI::ignore_case));
-    command->callback(
-        [options, &context] { context.exitCode = ShowBox(options->text, options->caption, options->type); });
+    command->add_option("--caption", options->caption, "the caption")->capture_default_str();
+    command->add_option("--buttons", options->buttons, "which buttons it has")
+        ->transform(CLI::IsMember(&types, CLI::ignore_case))
+        ->capture_default_str();
+    command->callback([options, &context]
+        { context.exitCode = ShowBox(options->text, options->caption, types.at(options->buttons)); });
 }
 
 }  // namespace

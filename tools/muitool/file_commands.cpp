@@ -71,6 +71,7 @@ int ShowText(const std::string& name, const std::string& module, const std::stri
         if (!loaded) throw ToolError("cannot open " + module + ": " + SystemErrorText(::GetLastError()));
     }
     const std::wstring list = Wide(locales);
+    Library().ARVMUI_SetMessagePopup(FALSE, nullptr);  // what fails is told below, not in a box
     wchar_t* text = nullptr;
     if (!Library().ARVMUI_ReadTextFileW(loaded, Wide(name).c_str(), locales.empty() ? nullptr : list.c_str(), &text))
     {

@@ -17,6 +17,7 @@
     X(ARVMUI_ReadTextFileW)                                                                                            \
     X(ARVMUI_TextEncodingToCodePageW)                                                                                  \
     X(ARVMUI_GetPrivateProfileStringW)                                                                                 \
+    X(ARVMUI_SetMessagePopup)                                                                                          \
     X(ARVMUI_FormatMessageW)                                                                                           \
     X(ARVMUI_MessageBoxW)                                                                                              \
     X(ARVMUI_SettingDialogBoxW)

@@ -89,11 +89,16 @@ std::optional<std::wstring> DescribeKeyboards()
 
 }  // namespace
 
+bool IsLocaleOption(const std::wstring& argument)
+{
+    return StartsWithName(argument, kOption);
+}
+
 std::optional<std::wstring> FindLocaleOption(const std::vector<std::wstring>& arguments)
 {
+    // One without a value is passed over.
     for (const std::wstring& argument : arguments)
-        if (argument.size() > kOption.size() && StartsWithName(argument, kOption))
-            return argument.substr(kOption.size());
+        if (argument.size() > kOption.size() && IsLocaleOption(argument)) return argument.substr(kOption.size());
     return {};
 }
 

@@ -22,7 +22,7 @@ std::vector<std::string> Arguments(int argc, wchar_t** argv)
     std::vector<std::string> arguments;
     for (int i = argc - 1; i > 0; --i)
     {
-        if (!FindLocaleOption({argv[i]})) arguments.push_back(Utf8(argv[i]));
+        if (!IsLocaleOption(argv[i])) arguments.push_back(Utf8(argv[i]));
     }
     return arguments;
 }
