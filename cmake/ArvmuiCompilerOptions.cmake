@@ -51,8 +51,11 @@ if(MSVC)
         add_compile_options("$<$<COMPILE_LANGUAGE:C,CXX>:/GS;/sdl>")
     endif()
 else()
-    # Paths in assertions and debug information are relative, so that where the tree lies does not show.
-    add_compile_options("$<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>")
+    # Paths in assertions and debug information are relative, so that where the tree lies does not show. The
+    # last match counts, and the build folder may lie in the tree.
+    add_compile_options(
+        "$<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>"
+        "$<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>")
     add_link_options(
         -static
         -Wl,--no-insert-timestamp

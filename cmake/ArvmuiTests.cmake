@@ -9,9 +9,10 @@
 # Options:
 #   LIBRARIES library...  further libraries
 #   LABELS label...       further ctest labels ("window" for tests that show one)
-#   TIMEOUT seconds       for one test; 60 by default
+#   TIMEOUT seconds       for one ctest entry; 300 by default
 #   RESOURCE_LOCK name... tests holding the same name never run at the same time
-#   WHOLE_PROGRAM         one ctest entry for the whole program instead of one for each TEST
+#   SEPARATE_TESTS        one ctest entry for each TEST, for tests that change their process for good. Usually the
+#                         whole program is one entry: starting a program takes longer than most tests.
 #   DEPENDS target...     what has to be built before, such as programs the test starts
 #   WMAIN                 the program's entry is wmain
 #   WIN32                 a window program without a console
@@ -62,7 +63,7 @@ foreach(library IN LISTS ARVMUI_TRANSLATIONS)
 endforeach()
 
 function(_arvmui_add_program name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "WMAIN;WIN32;WHOLE_PROGRAM" "TIMEOUT"
+    cmake_parse_arguments(PARSE_ARGV 1 arg "WMAIN;WIN32;SEPARATE_TESTS" "TIMEOUT"
         "SOURCES;LIBRARIES;LABELS;RESOURCE_LOCK;DEPENDS")
     if(arg_UNPARSED_ARGUMENTS OR NOT arg_SOURCES)
         message(FATAL_ERROR "${name}: SOURCES missing or unknown arguments: ${arg_UNPARSED_ARGUMENTS}")
@@ -81,7 +82,7 @@ function(_arvmui_add_program name)
 endfunction()
 
 function(_arvmui_add_googletest name kind)
-    cmake_parse_arguments(PARSE_ARGV 2 arg "WMAIN;WIN32;WHOLE_PROGRAM" "TIMEOUT"
+    cmake_parse_arguments(PARSE_ARGV 2 arg "WMAIN;WIN32;SEPARATE_TESTS" "TIMEOUT"
         "SOURCES;LIBRARIES;LABELS;RESOURCE_LOCK;DEPENDS")
     if(TARGET arvmui_test_support)
         target_link_libraries(${name} PRIVATE arvmui_test_support)
@@ -95,9 +96,9 @@ function(_arvmui_add_googletest name kind)
     endif()
 
     if(NOT arg_TIMEOUT)
-        set(arg_TIMEOUT 60)
+        set(arg_TIMEOUT 300)
     endif()
-    if(arg_WHOLE_PROGRAM)
+    if(NOT arg_SEPARATE_TESTS)
         add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY "${ARVMUI_TEST_BIN_DIR}")
         set_tests_properties(${name} PROPERTIES
             TIMEOUT ${arg_TIMEOUT}
