@@ -8,7 +8,8 @@
 #
 # Options:
 #   LIBRARIES library...  further libraries
-#   LABELS label...       further ctest labels ("window" for tests that show one)
+#   LABELS label...       further ctest labels ("window" for tests that show one: there is one keyboard and one
+#                         foreground, so these never run at the same time)
 #   TIMEOUT seconds       for one ctest entry; 300 by default
 #   RESOURCE_LOCK name... tests holding the same name never run at the same time
 #   SEPARATE_TESTS        one ctest entry for each TEST, for tests that change their process for good. Usually the
@@ -97,6 +98,9 @@ function(_arvmui_add_googletest name kind)
 
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 300)
+    endif()
+    if("window" IN_LIST arg_LABELS)
+        list(APPEND arg_RESOURCE_LOCK foreground)
     endif()
     if(NOT arg_SEPARATE_TESTS)
         add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY "${ARVMUI_TEST_BIN_DIR}")

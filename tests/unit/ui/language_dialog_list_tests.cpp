@@ -1,5 +1,6 @@
 // The list of the language dialog: its names, their order and the entry that it opens on.
 #include "support/dialog_controls.h"
+#include "support/dialog_window.h"
 #include "unit/ui/language_dialog_fixture.h"
 
 #include <ostream>
@@ -14,6 +15,7 @@ using arvmui_test::DialogRequest;
 using arvmui_test::LanguageDialogTest;
 using arvmui_test::MakeEntry;
 using arvmui_test::OpenDialog;
+using arvmui_test::PassesUndisturbed;
 using arvmui_test::PressKey;
 using arvmui_test::ReadTexts;
 using arvmui_test::SetText;
@@ -157,11 +159,15 @@ TEST_F(FortyEntries, AreAllListedAndTheirListScrolls)
     const DialogRequest request = Request();
     const OpenDialog dialog(request);
     EXPECT_EQ(ComboItems(dialog.List()).size(), request.entries.size());
-    ::SendMessageW(dialog.List(), CB_SHOWDROPDOWN, TRUE, 0);
     COMBOBOXINFO info = {};
     info.cbSize = sizeof(info);
     ASSERT_TRUE(::GetComboBoxInfo(dialog.List(), &info));
-    EXPECT_TRUE(::IsWindowVisible(info.hwndList));
+    EXPECT_TRUE(PassesUndisturbed(
+        [&]
+        {
+            ::SendMessageW(dialog.List(), CB_SHOWDROPDOWN, TRUE, 0);
+            return ::IsWindowVisible(info.hwndList) != FALSE;
+        }));
     SCROLLINFO scroll = {};
     scroll.cbSize = sizeof(scroll);
     scroll.fMask = SIF_ALL;
