@@ -8,6 +8,8 @@ namespace
 {
 
 constexpr DWORD kWaitMilliseconds = 60000;
+constexpr int kStarts = 3;
+constexpr DWORD kBetweenStartsMs = 200;
 
 bool NamesVariable(const std::wstring& entry, const std::wstring& name)
 {
@@ -81,11 +83,15 @@ ChildProcess::ChildProcess(const ChildSettings& settings)
 
     std::wstring line = settings.commandLine;
     std::vector<wchar_t> environment = EnvironmentBlock(settings);
-    PROCESS_INFORMATION information = {};
-    if (::CreateProcessW(settings.application.c_str(), line.data(), nullptr, nullptr, TRUE,
-            settings.flags | CREATE_UNICODE_ENVIRONMENT, environment.data(),
-            settings.folder.empty() ? nullptr : settings.folder.c_str(), &startup, &information))
+    // Once in several thousand times Wine fails to start a program.
+    for (int i = 0; i < kStarts && !process_; ++i)
     {
+        if (i > 0) ::Sleep(kBetweenStartsMs);
+        PROCESS_INFORMATION information = {};
+        if (!::CreateProcessW(settings.application.c_str(), line.data(), nullptr, nullptr, TRUE,
+                settings.flags | CREATE_UNICODE_ENVIRONMENT, environment.data(),
+                settings.folder.empty() ? nullptr : settings.folder.c_str(), &startup, &information))
+            continue;
         process_ = information.hProcess;
         id_ = information.dwProcessId;
         ::CloseHandle(information.hThread);

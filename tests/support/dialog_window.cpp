@@ -8,6 +8,7 @@ namespace
 {
 
 constexpr int kRounds = 10;
+constexpr DWORD kLongerEachRoundMs = 100;
 
 LRESULT Ask(HWND dialog, int control, UINT message, WPARAM wParam = 0, LPARAM lParam = 0)
 {
@@ -132,7 +133,11 @@ void FocusControl(HWND dialog, int control)
 bool PassesUndisturbed(const std::function<bool()>& round)
 {
     for (int i = 0; i < kRounds; ++i)
+    {
         if (round()) return true;
+        // What disturbed it may stay for a while.
+        ::Sleep(static_cast<DWORD>(i) * kLongerEachRoundMs);
+    }
     return false;
 }
 

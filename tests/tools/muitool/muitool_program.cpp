@@ -70,7 +70,10 @@ ToolResult RunningTool::Result()
 
 ToolResult RunCall(const ToolCall& call)
 {
-    return RunningTool(call).Result();
+    const ToolResult result = RunningTool(call).Result();
+    // Once in several thousand times Wine ends a program before its first line. muitool has other exit codes.
+    const bool hasRun = result.exitCode != -1 || !result.output.empty();
+    return hasRun ? result : RunningTool(call).Result();
 }
 
 ToolResult RunTool(const std::vector<std::wstring>& arguments, const std::wstring& folder)
