@@ -14,15 +14,11 @@ for argument in "$@"; do
     esac
 done
 
-# Tests share the machine, its display and Wine with others. What fails is run once more by itself, and has
-# to pass then; the output of both runs is there to see.
 run_tests()
 {
     (
         cd -- "$ARVMUI_ROOT"
-        ctest --preset "$@" </dev/null 8>&- && exit
-        arvmui_say "Once more, one at a time: the tests that failed"
-        ctest --preset "$1" --rerun-failed --parallel 1 </dev/null 8>&-
+        ctest --preset "$@" </dev/null 8>&-
     )
 }
 
