@@ -73,7 +73,8 @@ ${files}          <Component Id=\"C_find_package\" Guid=\"${registry_guid}\" Win
 </Wix>
 ")
 
-# The cabinet holds the dates of the files; wixl writes the time and a package code of its own into the summary; both are replaced.
+# The cabinet holds the dates of the files; wixl writes the time and a package code of its own into the
+# summary. All are replaced.
 function(run)
     execute_process(COMMAND ${ARGN} WORKING_DIRECTORY "${root}" OUTPUT_VARIABLE output
         COMMAND_ERROR_IS_FATAL ANY)

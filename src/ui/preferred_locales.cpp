@@ -5,6 +5,8 @@
 #include "locale/locale_list.h"
 #include "locale/registry_store.h"
 
+#include <cstring>
+
 namespace arvmui
 {
 namespace
